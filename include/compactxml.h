@@ -1,0 +1,838 @@
+/* compactxml.h - reading, building, editing and writing XML configuration documents.
+ *
+ * C11 and C++20. This is the one public header of libcompactxml; nothing else is installed.
+ *
+ * What holds for every function here:
+ *
+ *   Results      A uint32_t result is XML_OK (0) or a refusal, nearly always XML_REFUSED
+ *                (0x40010001), unless its entry says otherwise. Functions that return a pointer
+ *                return null where they refuse.
+ *   Arguments    A missing (null) pointer is refused without side effects. An output pointer named
+ *                lengthOut may be null. Getters answer null (or the value told) for a null
+ * argument. Failure      A refused call leaves the tree or stream as it was; what was half made is
+ * freed. Exhausted memory is a refusal like any other. Strings      Strings handed in are copied.
+ * Strings handed out belong to the record they come from and live as long as it does, unless the
+ * entry says that the caller frees them (always with free()). Lengths and sizes count bytes. Text
+ * A tree built from a document holds its text in GB18030 (XML_ENCODING_GB18030); a tree built by
+ * hand holds the bytes it was given, and the serializer reads them as GB18030. Threads      Nothing
+ * is locked and nothing is shared: one tree, stream or parse belongs to one thread at a time, and
+ * different ones may be used in parallel. Stack        No call recurses over its input; every call
+ * gets by with a 64 KiB thread stack whatever the depth of the document.
+ */
+#ifndef COMPACTXML_H
+#define COMPACTXML_H
+
+#include <stdint.h>
+
+#if defined(__GNUC__) || defined(__clang__)
+#define COMPACTXML_API __attribute__((visibility("default")))
+#else
+#define COMPACTXML_API
+#endif
+
+#ifdef __cplusplus
+#define COMPACTXML_NOEXCEPT noexcept
+extern "C" {
+#else
+#define COMPACTXML_NOEXCEPT
+#endif
+
+/* ---------------------------------------------------------------- constants */
+
+#define XML_OK 0u               /* success */
+#define XML_REFUSED 0x40010001u /* an invalid argument or a failed operation */
+
+/* Types of a node. */
+#define XML_DOM_NODE_ELEMENT 1u /* a name; may have attributes, declarations and children */
+#define XML_DOM_NODE_TEXT 2u    /* character data: a value, no name, no children */
+#define XML_DOM_NODE_CDATA 3u   /* the content of a CDATA section: a value, no name, no children */
+
+/* Encoding numbers. XML_ENCODING_UNKNOWN is no encoding but the answer "none". */
+#define XML_ENCODING_UTF_8 0u
+#define XML_ENCODING_UTF_16LE 1u
+#define XML_ENCODING_UTF_16BE 2u
+#define XML_ENCODING_GB2312 3u
+#define XML_ENCODING_UTF_32LE 4u
+#define XML_ENCODING_UTF_32BE 5u
+#define XML_ENCODING_UTF_16 6u
+#define XML_ENCODING_UTF_32 7u
+#define XML_ENCODING_GBK 8u
+#define XML_ENCODING_GB18030 9u
+#define XML_ENCODING_UCS_4 10u
+#define XML_ENCODING_UCS_4BE 11u
+#define XML_ENCODING_UCS_4LE 12u
+#define XML_ENCODING_UNKNOWN 13u
+
+/* Serialization flags: bit 0 leaves out the XML declaration; all other bits are ignored. */
+#define XML_DOM_NO_DECLARATION 1u
+
+/* ---------------------------------------------------------------- records
+ *
+ * The order and width of the fields are part of the binary interface. Callers read trees through
+ * the functions below rather than through the fields.
+ */
+
+typedef struct XML_DOM_Node XML_DOM_Node;
+typedef struct XML_DOM_DocInfo XML_DOM_DocInfo;
+typedef struct XML_DOM_Attr XML_DOM_Attr;
+typedef struct XML_DOM_NsDecl XML_DOM_NsDecl;
+typedef struct XML_DOM_TranslateState XML_DOM_TranslateState;
+typedef struct XML_IO_MemChunk XML_IO_MemChunk;
+typedef struct XML_IO_MemList XML_IO_MemList;
+typedef struct XML_IO_MemListCursor XML_IO_MemListCursor;
+typedef struct XML_IO_InStream XML_IO_InStream;
+typedef struct XML_IO_MemBuf XML_IO_MemBuf;
+typedef struct XML_IO_OutStream XML_IO_OutStream;
+typedef struct XML_SAX_Handler XML_SAX_Handler;
+typedef struct XML_Parser_Ctx XML_Parser_Ctx;
+typedef struct XML_Parser_Attr XML_Parser_Attr; /* private to the parser */
+typedef struct XML_Parser_Ns XML_Parser_Ns;     /* private to the parser */
+
+/* A node of a tree: an element, a text or a CDATA section. It owns its strings, attributes,
+ * declarations and children; XML_DOM_DelNode frees all of them. */
+struct XML_DOM_Node {
+    XML_DOM_Attr *firstAttr;
+    XML_DOM_Attr *lastAttr;
+    XML_DOM_NsDecl *firstNsDecl; /* declarations made on this element, one at most per prefix */
+    XML_DOM_NsDecl *lastNsDecl;
+    XML_DOM_NsDecl *ns;       /* qualifies the name; null without a prefix; not owned */
+    XML_DOM_DocInfo *docInfo; /* set on the root of a document alone */
+    XML_DOM_Node *firstChild;
+    XML_DOM_Node *lastChild;
+    XML_DOM_Node *nextSibling;
+    XML_DOM_Node *parent;
+    char *name;  /* local name of an element; null otherwise */
+    char *value; /* text of a text or CDATA node; null otherwise */
+    uint32_t type;
+};
+
+/* What makes an element the root of a document. */
+struct XML_DOM_DocInfo {
+    XML_DOM_Node *root;
+    const char *version; /* the library's constant "1.0", never freed */
+    uint32_t encoding;   /* of the document when it is written: XML_ENCODING_* */
+};
+
+/* An attribute of an element. */
+struct XML_DOM_Attr {
+    XML_DOM_Attr *next;
+    XML_DOM_Node *owner;
+    XML_DOM_NsDecl *ns; /* qualifies the name; null without a prefix; not owned */
+    char *name;         /* local name */
+    char *value;
+};
+
+/* A namespace declaration of an element. */
+struct XML_DOM_NsDecl {
+    XML_DOM_NsDecl *next;
+    char *prefix;        /* null for the default namespace */
+    char *namespaceName; /* empty for an undeclared default namespace */
+};
+
+/* What XML_DOM_TranslateStrEx shows to a text callback. The caller sets depth to 0, and userData
+ * and textCallback as needed. During a callback names[0] to names[depth - 1] are the local names
+ * of the open elements, from the node at which writing began down to the text's parent. Below 32
+ * levels depth goes on counting but names keeps the first 32. */
+struct XML_DOM_TranslateState {
+    const char *names[32];
+    uint32_t depth;
+    void *userData;
+    const char *(*textCallback)(XML_DOM_Node *text, XML_DOM_TranslateState *state, void *userData);
+};
+
+/* One piece of a document that lies in several buffers. The bytes are the caller's and are never
+ * written. length may be 0. */
+struct XML_IO_MemChunk {
+    XML_IO_MemChunk *next; /* null for the last */
+    uint32_t length;
+    const unsigned char *data;
+};
+
+/* A document in several buffers. */
+struct XML_IO_MemList {
+    XML_IO_MemChunk *first;
+};
+
+/* How far a stream has read a memory list. */
+struct XML_IO_MemListCursor {
+    const XML_IO_MemChunk *chunk;
+    uint32_t position; /* bytes already read from chunk */
+};
+
+/* A source of UTF-8 bytes over memory, a file or a memory list.
+ *
+ *   base .. mark .. cur .. end    what may be dropped, what is kept, what is still unread
+ *   raw fields                    source bytes not yet converted, while a conversion runs
+ *   state                         0 more may come, 1 source exhausted, 2 memory failure,
+ *                                 3 unsupported encoding, 4 conversion failure
+ *
+ * The library allocates this record and keeps private fields behind the last one. */
+struct XML_IO_InStream {
+    unsigned char *base;
+    unsigned char *mark;
+    unsigned char *cur;
+    unsigned char *end;
+    uint32_t capacity;
+    unsigned char *rawBase;
+    unsigned char *rawMark;
+    unsigned char *rawCur;
+    unsigned char *rawEnd;
+    uint32_t rawCapacity;
+    uintptr_t source; /* file descriptor or XML_IO_MemListCursor */
+    uint32_t (*readFn)(uintptr_t source, uint32_t count, unsigned char *destination);
+    uint32_t encoding; /* of the source: XML_ENCODING_* */
+    void *converter;   /* iconv descriptor; (void *)-1 while not converting */
+    uint32_t state;
+};
+
+/* The growing buffer of a memory output stream; data[length] is NUL after any write. */
+struct XML_IO_MemBuf {
+    char *data;
+    uint32_t length;
+    uint32_t capacity;
+};
+
+/* A sink of bytes, to memory or to a file, with an optional conversion in front of it. The library
+ * allocates this record and keeps private fields behind the last one. */
+struct XML_IO_OutStream {
+    uintptr_t target; /* XML_IO_MemBuf (owned), or a file descriptor */
+    uint32_t (*sink)(uintptr_t target, const char *bytes, uint32_t length);
+    void *converter;               /* iconv descriptor; (void *)-1 without conversion */
+    uint32_t pendingCount;         /* bytes held back because they begin a split character */
+    unsigned char pendingBytes[4]; /* those bytes */
+    uint32_t kind;                 /* 0 memory, 1 file */
+};
+
+/* The callbacks of a parse, 32 pointer-sized slots. Zero the whole record, then set the slots that
+ * are wanted; a null slot is skipped. Every string handed to a callback belongs to the parser and
+ * lives during that call only. A callback that fails sets context->status to a number other than
+ * 0, which ends the parse with that number as its code.
+ *
+ *   startDocument          after the XML declaration, or where it would stand
+ *   endDocument            when nothing but comments and such follows the root element
+ *   characters             a run of text between two pieces of markup: references replaced, literal
+ *                          white space at both ends removed, never empty; ends in NUL
+ *   comment                what lies between "<!--" and "-->"
+ *   cdataBlock             the content of a CDATA section; may be empty; does not end in NUL
+ *   processingInstruction  target, and what follows the white space behind it (null if nothing)
+ *   error                  once, when the parse fails: format "The Line %d Column %d :\"%s\", %s"
+ *                          with line, column, a snippet of the document (at most 63 bytes, UTF-8)
+ *                          and the message
+ *   startElementNs         local name, prefix (null if none), namespace name (null if none),
+ *                          declarations made here: count and (prefix or null, namespace name)
+ * pairs, attributes: count, 0, and groups of five: local name, prefix or null, namespace name or
+ * null, value, pointer to the value's NUL endElementNs           local name, prefix, namespace
+ * name, as for the start
+ */
+struct XML_SAX_Handler {
+    void *reserved0[12];
+    void (*startDocument)(XML_Parser_Ctx *context);
+    void (*endDocument)(XML_Parser_Ctx *context);
+    void *reserved14[2];
+    void (*characters)(XML_Parser_Ctx *context, const char *text, int length);
+    void (*comment)(XML_Parser_Ctx *context, const char *text);
+    void (*cdataBlock)(XML_Parser_Ctx *context, const char *text, int length);
+    void (*processingInstruction)(XML_Parser_Ctx *context, const char *target, const char *data);
+    void (*error)(XML_Parser_Ctx *context, const char *format, ...);
+    void *reserved21[7];
+    void *userData; /* the caller's own; never touched */
+    void (*startElementNs)(XML_Parser_Ctx *context, const char *localName, const char *prefix,
+                           const char *namespaceName, int declarationCount,
+                           const char **declarations, int attributeCount, int defaultedCount,
+                           const char **attributes);
+    void (*endElementNs)(XML_Parser_Ctx *context, const char *localName, const char *prefix,
+                         const char *namespaceName);
+    void *reserved31;
+};
+
+/* A running parse, the first argument of every callback. The library allocates this record and
+ * keeps private fields behind the last one; callbacks write nothing but status. */
+struct XML_Parser_Ctx {
+    XML_SAX_Handler *handler;
+    XML_IO_InStream *input;
+    XML_Parser_Attr *attributes;
+    XML_Parser_Attr *freeAttributes;
+    XML_Parser_Ns *namespaces;
+    uint32_t encoding;   /* of the stream at the start, then the declared one */
+    int32_t status;      /* 0, or the code that ends the parse */
+    int32_t line;        /* from 1; CR LF is one line break */
+    int32_t column;      /* from 1, in characters */
+    const char *version; /* "1.0" after the prolog, null before */
+};
+
+/* Takes a piece of text. Returns 0, or any other number for failure. */
+typedef uint32_t (*XML_WriteFn)(void *context, const char *bytes, uint32_t length);
+
+/* ---------------------------------------------------------------- encodings */
+
+/* Names an encoding.
+ *
+ * Returns the name, such as "UTF-8"; it belongs to the library. Null for XML_ENCODING_UNKNOWN and
+ * every greater number. */
+COMPACTXML_API const char *XML_DOM_EncodingEnumToStr(uint32_t encoding) COMPACTXML_NOEXCEPT;
+
+/* Finds the number of an encoding by its name, ignoring ASCII case. There are no aliases.
+ *
+ * Returns the number; XML_ENCODING_UNKNOWN for null and for any other name. */
+COMPACTXML_API uint32_t XML_DOM_EncodingStrToEnum(const char *name) COMPACTXML_NOEXCEPT;
+
+/* ---------------------------------------------------------------- documents */
+
+/* Finds the root element of the document that a node belongs to.
+ *
+ * Returns the root; null if no node at or above this one is the root of a document.
+ * Cost: one step for each ancestor, as for every function of this group. */
+COMPACTXML_API XML_DOM_Node *XML_DOM_GetRoot(const XML_DOM_Node *node) COMPACTXML_NOEXCEPT;
+
+/* Tells the XML version of the node's document: the library's constant "1.0", or null without a
+ * document. */
+COMPACTXML_API const char *XML_DOM_GetVersion(const XML_DOM_Node *node) COMPACTXML_NOEXCEPT;
+
+/* Tells the encoding number of the node's document; XML_ENCODING_UNKNOWN without a document. */
+COMPACTXML_API uint32_t XML_DOM_GetEncoding(const XML_DOM_Node *node) COMPACTXML_NOEXCEPT;
+
+/* Sets the encoding in which the node's document will be written.
+ *
+ *   encoding     XML_ENCODING_UTF_8 to XML_ENCODING_UCS_4LE
+ *
+ * Refuses a greater number and a node without a document. */
+COMPACTXML_API uint32_t XML_DOM_SetEncoding(XML_DOM_Node *node,
+                                            uint32_t encoding) COMPACTXML_NOEXCEPT;
+
+/* Sets the XML version of the node's document.
+ *
+ *   version      exactly "1.0"; the library stores a constant of its own
+ *
+ * Refuses any other version and a node without a document. */
+COMPACTXML_API uint32_t XML_DOM_SetVersion(XML_DOM_Node *node,
+                                           const char *version) COMPACTXML_NOEXCEPT;
+
+/* Makes a detached element the root of a new document of version "1.0", encoding UTF-8.
+ *
+ * Refuses a node that is no element, has a parent or is a root already; exhausted memory. */
+COMPACTXML_API uint32_t XML_DOM_SetRoot(XML_DOM_Node *node) COMPACTXML_NOEXCEPT;
+
+/* ---------------------------------------------------------------- navigation */
+
+/* The parent; null for a root and a detached node. */
+COMPACTXML_API XML_DOM_Node *XML_DOM_GetNodeParent(const XML_DOM_Node *node) COMPACTXML_NOEXCEPT;
+
+/* The first child, or null. */
+COMPACTXML_API XML_DOM_Node *XML_DOM_GetFirstChild(const XML_DOM_Node *node) COMPACTXML_NOEXCEPT;
+
+/* The next node under the same parent, or null. */
+COMPACTXML_API XML_DOM_Node *XML_DOM_GetNextSibling(const XML_DOM_Node *node) COMPACTXML_NOEXCEPT;
+
+/* The type, XML_DOM_NODE_*; 0 for null. */
+COMPACTXML_API uint32_t XML_DOM_GetNodeType(const XML_DOM_Node *node) COMPACTXML_NOEXCEPT;
+
+/* The local name of an element; null for other nodes. */
+COMPACTXML_API const char *XML_DOM_GetNodeName(const XML_DOM_Node *node) COMPACTXML_NOEXCEPT;
+
+/* The text of a text or CDATA node; null for an element. */
+COMPACTXML_API const char *XML_DOM_GetNodeValue(const XML_DOM_Node *node) COMPACTXML_NOEXCEPT;
+
+/* The value of the first text child, or null. */
+COMPACTXML_API const char *XML_DOM_GetFirstTextChildValue(const XML_DOM_Node *node)
+    COMPACTXML_NOEXCEPT;
+
+/* The value of the first CDATA child, or null. */
+COMPACTXML_API const char *XML_DOM_GetFirstCDataChildValue(const XML_DOM_Node *node)
+    COMPACTXML_NOEXCEPT;
+
+/* ---------------------------------------------------------------- creating nodes */
+
+/* Creates a detached element.
+ *
+ *   name         a name without a colon, in GB18030
+ *
+ * Returns the element, which the caller attaches or frees with XML_DOM_DelNode. Null if
+ * XML_CheckQName refuses the name, or for exhausted memory. */
+COMPACTXML_API XML_DOM_Node *XML_DOM_CreateElementNode(const char *name) COMPACTXML_NOEXCEPT;
+
+/* Creates a detached element without checking its name. Null for a null name or exhausted memory.
+ */
+COMPACTXML_API XML_DOM_Node *XML_DOM_CreateElementNodeInner(const char *name) COMPACTXML_NOEXCEPT;
+
+/* Creates a detached node that has a value, from counted bytes.
+ *
+ *   type         stored as it is, normally XML_DOM_NODE_TEXT or XML_DOM_NODE_CDATA
+ *   bytes        the value; need not end in NUL
+ *   length       bytes at bytes; a NUL is stored behind them
+ *
+ * Returns the node; null for null bytes or exhausted memory. */
+COMPACTXML_API XML_DOM_Node *XML_DOM_CreateTextualNodeInner(uint32_t type, const char *bytes,
+                                                            uint32_t length) COMPACTXML_NOEXCEPT;
+
+/* Creates a detached text node; the text may be empty. Null for a null text, a text of 4 GB or
+ * more, or exhausted memory. */
+COMPACTXML_API XML_DOM_Node *XML_DOM_CreateTextNode(const char *text) COMPACTXML_NOEXCEPT;
+
+/* Creates a detached CDATA node; the text may be empty and is not checked: it may hold "]]>", which
+ * then ends the section early when it is written. Null as for XML_DOM_CreateTextNode. */
+COMPACTXML_API XML_DOM_Node *XML_DOM_CreateCDataNode(const char *text) COMPACTXML_NOEXCEPT;
+
+/* Creates a detached element with one text child.
+ *
+ *   name         as for XML_DOM_CreateElementNode
+ *   text         null gives an element without children
+ *
+ * Returns the element; null if the element or the text cannot be created. */
+COMPACTXML_API XML_DOM_Node *XML_DOM_CreateElementWithText(const char *name,
+                                                           const char *text) COMPACTXML_NOEXCEPT;
+
+/* Creates a detached element with one CDATA child; otherwise as XML_DOM_CreateElementWithText.
+ */
+COMPACTXML_API XML_DOM_Node *XML_DOM_CreateElementWithCData(const char *name,
+                                                            const char *text) COMPACTXML_NOEXCEPT;
+
+/* ---------------------------------------------------------------- building and changing trees */
+
+/* Appends a detached node as the last child of an element, which then owns it.
+ *
+ * Refuses, in this order: a null argument; a parent that is no element; a child that has a parent;
+ * a child that is the root of a document; a child that is the parent itself or above it. Cost:
+ * constant, but for a child with children one step for each ancestor of the parent. */
+COMPACTXML_API uint32_t XML_DOM_AddChildNode(XML_DOM_Node *parent,
+                                             XML_DOM_Node *child) COMPACTXML_NOEXCEPT;
+
+/* Inserts a node immediately before another under the same parent.
+ *
+ *   reference    a node that has a parent
+ *   newnode      a detached node; this is not checked, and a node that is still linked elsewhere or
+ *                stands above the reference breaks the tree
+ *
+ * Refuses a reference without a parent. Cost: one step for each sibling before the reference. */
+COMPACTXML_API uint32_t XML_DOM_InsertBeforeNode(XML_DOM_Node *reference,
+                                                 XML_DOM_Node *newnode) COMPACTXML_NOEXCEPT;
+
+/* Renames an element. Refuses a name that XML_CheckQName refuses, and a node that is no element;
+ * the old name then stays. */
+COMPACTXML_API uint32_t XML_DOM_SetNodeName(XML_DOM_Node *node,
+                                            const char *name) COMPACTXML_NOEXCEPT;
+
+/* Sets the text of a text or CDATA node.
+ *
+ *   value        not empty; the very pointer that the node holds is accepted and changes nothing
+ *
+ * Refuses an empty value and an element; the old value then stays. */
+COMPACTXML_API uint32_t XML_DOM_SetNodeValue(XML_DOM_Node *node,
+                                             const char *value) COMPACTXML_NOEXCEPT;
+
+/* Detaches a node from its parent; it then belongs to the caller, with everything below it.
+ *
+ * Does nothing for null and for a node without a parent. The node must not outlive ancestors whose
+ * namespace declarations it uses. Cost: one step for each sibling before the node. */
+COMPACTXML_API void XML_DOM_Clip(XML_DOM_Node *node) COMPACTXML_NOEXCEPT;
+
+/* Detaches a node and frees it with everything below it. Does nothing for null.
+ *
+ * Cost: linear in what is freed (and one step for each sibling before the node); no memory, no
+ * recursion. */
+COMPACTXML_API void XML_DOM_DelNode(XML_DOM_Node *node) COMPACTXML_NOEXCEPT;
+
+/* Compares two strings as strcmp does, a null string counting as the empty one. */
+COMPACTXML_API int XML_Strcmp(const char *a, const char *b) COMPACTXML_NOEXCEPT;
+
+/* ---------------------------------------------------------------- attributes */
+
+/* Adds an attribute at the end of an element's list.
+ *
+ *   prefix       null or empty for none; otherwise declared on the element or above, or "xml"
+ *   name         a name without a colon, not "xmlns", in GB18030
+ *   value        may be empty
+ *
+ * Returns the attribute. Null, with the list unchanged, for a null element or value, a bad name, an
+ * attribute of the same local name and namespace name, an undeclared prefix or exhausted memory.
+ * Cost: one step for each attribute present. */
+COMPACTXML_API XML_DOM_Attr *XML_DOM_AddAttr(XML_DOM_Node *element, const char *prefix,
+                                             const char *name,
+                                             const char *value) COMPACTXML_NOEXCEPT;
+
+/* Adds an attribute without a namespace and without checking anything but null pointers. Null for
+ * exhausted memory. */
+COMPACTXML_API XML_DOM_Attr *XML_DOM_AddAttrInner(XML_DOM_Node *element, const char *name,
+                                                  const char *value) COMPACTXML_NOEXCEPT;
+
+/* Sets the prefix of an attribute, resolved from its element; null or empty removes it. Refuses an
+ * undeclared prefix; the attribute then stays as it was. */
+COMPACTXML_API uint32_t XML_DOM_SetAttrNsInner(XML_DOM_Attr *attribute,
+                                               const char *prefix) COMPACTXML_NOEXCEPT;
+
+/* Removes and frees the first attribute of this local name and prefix.
+ *
+ *   prefix       compared as text, not by namespace name; null or empty means none
+ *
+ * Does nothing if there is no such attribute. */
+COMPACTXML_API void XML_DOM_DelAttr(XML_DOM_Node *element, const char *prefix,
+                                    const char *name) COMPACTXML_NOEXCEPT;
+
+/* The first attribute, or null. */
+COMPACTXML_API XML_DOM_Attr *XML_DOM_GetFirstAttr(const XML_DOM_Node *element) COMPACTXML_NOEXCEPT;
+
+/* The attribute after this one, or null. */
+COMPACTXML_API XML_DOM_Attr *XML_DOM_GetNextAttr(const XML_DOM_Attr *attribute) COMPACTXML_NOEXCEPT;
+
+/* The value of an attribute. */
+COMPACTXML_API const char *XML_DOM_GetAttrValByHandle(const XML_DOM_Attr *attribute)
+    COMPACTXML_NOEXCEPT;
+
+/* Tells the expanded name of an attribute.
+ *
+ *   nameOut       takes the local name; may be null
+ *   namespaceOut  takes the namespace name, or null if it has no prefix; may be null
+ *
+ * Refuses a null attribute, and two null outputs. */
+COMPACTXML_API uint32_t XML_DOM_GetAttrNameSpace(const XML_DOM_Attr *attribute,
+                                                 const char **nameOut,
+                                                 const char **namespaceOut) COMPACTXML_NOEXCEPT;
+
+/* Finds the value of an attribute by namespace name and local name.
+ *
+ *   namespaceName  null accepts any. An attribute without a prefix counts as being in the default
+ *                  namespace that is in scope, if there is one
+ *
+ * Returns the value of the first match, or null. */
+COMPACTXML_API const char *XML_DOM_GetNodeNsAttribute(const XML_DOM_Node *element,
+                                                      const char *namespaceName,
+                                                      const char *name) COMPACTXML_NOEXCEPT;
+
+/* Finds the value of the first attribute of this local name, whatever its namespace; or null. */
+COMPACTXML_API const char *XML_DOM_GetNodeAttrValByName(const XML_DOM_Node *element,
+                                                        const char *name) COMPACTXML_NOEXCEPT;
+
+/* ---------------------------------------------------------------- namespaces */
+
+/* Declares a prefix on an element.
+ *
+ *   prefix         null or empty declares the default namespace
+ *   namespaceName  null or empty undeclares the default namespace and is refused with a prefix
+ *
+ * Refuses a prefix that this element has declared already; exhausted memory. */
+COMPACTXML_API uint32_t XML_DOM_AddNodeNameSpace(XML_DOM_Node *element, const char *prefix,
+                                                 const char *namespaceName) COMPACTXML_NOEXCEPT;
+
+/* Declares a prefix on an element or gives the declaration that is there a new namespace name;
+ * otherwise as XML_DOM_AddNodeNameSpace. */
+COMPACTXML_API uint32_t XML_DOM_SetNodeDefineNsVal(XML_DOM_Node *element, const char *prefix,
+                                                   const char *namespaceName) COMPACTXML_NOEXCEPT;
+
+/* Declares a prefix without looking at the pair.
+ *
+ *   prefix         null for the default namespace; "" is the same prefix but is stored and written
+ * as "" namespaceName  stored as it is replace        0 refuses a prefix that is there already,
+ * other values replace its namespace name
+ *
+ * Refuses a null element or namespace name; exhausted memory. */
+COMPACTXML_API uint32_t XML_DOM_AddNodeNameSpaceInner(XML_DOM_Node *element, const char *prefix,
+                                                      const char *namespaceName,
+                                                      uint32_t replace) COMPACTXML_NOEXCEPT;
+
+/* Sets the prefix of an element's name.
+ *
+ *   prefix       declared on the element or above, or "xml"; null or empty removes the prefix,
+ * which leaves the element in the default namespace that is in scope
+ *
+ * Refuses a node that is no element, and an undeclared prefix. */
+COMPACTXML_API uint32_t XML_DOM_SetNodeNameSpace(XML_DOM_Node *element,
+                                                 const char *prefix) COMPACTXML_NOEXCEPT;
+
+/* Tells the prefix and the namespace name of an element.
+ *
+ *   prefixOut     may be null
+ *   namespaceOut  may be null
+ *
+ * Without a prefix the default namespace in scope answers; without one both outputs become null.
+ * Refuses a null element, and two null outputs. */
+COMPACTXML_API uint32_t XML_DOM_GetNodeNameSpace(const XML_DOM_Node *element,
+                                                 const char **prefixOut,
+                                                 const char **namespaceOut) COMPACTXML_NOEXCEPT;
+
+/* ---------------------------------------------------------------- writing
+ *
+ * Text is written compactly: no indentation, empty elements as "/>", declarations before
+ * attributes. Only "<", ">" and "&" are escaped, and one white-space character at each end of a
+ * text; quotes are not, so an attribute value that holds '"' does not come out well-formed. Output
+ * is converted from GB18030 to the document's encoding (UTF-8 without a document); text that does
+ * not convert fails the call. A result other than 0 is the sum of the failures and need not be
+ * XML_REFUSED.
+ */
+
+/* Writes a text escaped.
+ *
+ *   text         in any ASCII-compatible encoding; passed on byte for byte
+ *   write        called for each piece, in order; never with a length of 0
+ *   context      handed to write
+ *
+ * Returns the sum of write's results (never 0 after a failure); XML_REFUSED for a null text or
+ * writer. */
+COMPACTXML_API uint32_t XML_OutTextString(const char *text, XML_WriteFn write,
+                                          void *context) COMPACTXML_NOEXCEPT;
+
+/* Writes the beginning of a node: the XML declaration for a root (unless XML_DOM_NO_DECLARATION),
+ * then the start tag of an element, always closed with ">", or all of a text or CDATA node.
+ *
+ *   lengthOut    takes the length in bytes without the terminating NUL
+ *
+ * Returns a new string that ends in a NUL of the document's encoding; the caller frees it. Null if
+ * anything fails. */
+COMPACTXML_API char *XML_DOM_NodeBegin2Str(const XML_DOM_Node *node, uint32_t flags,
+                                           uint32_t *lengthOut) COMPACTXML_NOEXCEPT;
+
+/* Writes the end tag of an element; nothing for other nodes. Otherwise as XML_DOM_NodeBegin2Str.
+ *
+ * In UTF-16 and UTF-32 the buffer may begin with a byte order mark even where the length is 0. */
+COMPACTXML_API char *XML_DOM_NodeEnd2Str(const XML_DOM_Node *node,
+                                         uint32_t *lengthOut) COMPACTXML_NOEXCEPT;
+
+/* Writes a node with everything below it into a new buffer, after the XML declaration if the node
+ * is a root and XML_DOM_NO_DECLARATION is not set.
+ *
+ *   bufferOut    takes the buffer, which the caller frees; untouched on failure
+ *   lengthOut    takes its length in bytes without the terminating NUL
+ *
+ * Cost: linear in the output. */
+COMPACTXML_API uint32_t XML_DOM_TranslateStr(const XML_DOM_Node *node, uint32_t flags,
+                                             char **bufferOut,
+                                             uint32_t *lengthOut) COMPACTXML_NOEXCEPT;
+
+/* Writes as XML_DOM_TranslateStr does, asking a callback for the text of each text node.
+ *
+ *   state        see XML_DOM_TranslateState; may be null. A callback that returns null fails the
+ * call */
+COMPACTXML_API uint32_t XML_DOM_TranslateStrEx(const XML_DOM_Node *node, uint32_t flags,
+                                               XML_DOM_TranslateState *state, char **bufferOut,
+                                               uint32_t *lengthOut) COMPACTXML_NOEXCEPT;
+
+/* Writes the children of a node one after another, without the node's own tags and without a
+ * declaration; otherwise as XML_DOM_TranslateStr. No children give an empty string. */
+COMPACTXML_API uint32_t XML_DOM_TranslateStr4AllChild(const XML_DOM_Node *node, char **bufferOut,
+                                                      uint32_t *lengthOut) COMPACTXML_NOEXCEPT;
+
+/* Writes as XML_DOM_TranslateStr does, piece by piece to a sink instead of into one buffer.
+ *
+ *   sink         gets each piece in the document's encoding; its bytes live during the call only
+ *
+ * A failed piece ends the list of declarations, attributes or children it stands in; end tags are
+ * still offered. */
+COMPACTXML_API uint32_t XML_DOM_OutPutTranslateStr(const XML_DOM_Node *node, uint32_t flags,
+                                                   XML_WriteFn sink,
+                                                   void *sinkContext) COMPACTXML_NOEXCEPT;
+
+/* ---------------------------------------------------------------- building trees from documents
+ *
+ * White space at both ends of a text is dropped, and text of nothing else; comments, processing
+ * instructions and the document type declaration are passed over. No entity is expanded and nothing
+ * but the named file is opened.
+ *
+ * errorBuffer takes one message, cut to errorSize bytes (the NUL included) and in GB18030, when the
+ * result is null; it may be null.
+ */
+
+/* Parses the document in a file and returns the root element of a new tree.
+ *
+ *   path         the file; "" and unreadable files are refused
+ *   errorSize    bytes at errorBuffer, room for the final NUL included
+ *   errorBuffer  takes the message; untouched when the file cannot be opened
+ *
+ * Returns the root, which the caller frees with XML_DOM_DelNode. Returns null, with nothing left
+ * allocated, for a missing argument, exhausted memory or a document that is not accepted.
+ * Cost: one pass over the input; one heap block for each node and for each string. */
+COMPACTXML_API XML_DOM_Node *XML_DOM_BuildTreeByFile(const char *path, uint32_t errorSize,
+                                                     char *errorBuffer) COMPACTXML_NOEXCEPT;
+
+/* Parses one whole document in memory and returns the root element of a new tree.
+ *
+ *   buffer       the document, in any encoding the library knows; not kept, need not end in NUL
+ *   length       bytes at buffer; 0 is refused
+ *
+ * Otherwise as XML_DOM_BuildTreeByFile. */
+COMPACTXML_API XML_DOM_Node *XML_DOM_BuildTreeByMem(const char *buffer, uint32_t length,
+                                                    uint32_t errorSize,
+                                                    char *errorBuffer) COMPACTXML_NOEXCEPT;
+
+/* Parses one whole document that lies in a list of buffers, cut anywhere; otherwise as
+ * XML_DOM_BuildTreeByFile. */
+COMPACTXML_API XML_DOM_Node *XML_DOM_BuildTreeByMemList(const XML_IO_MemList *list,
+                                                        uint32_t errorSize,
+                                                        char *errorBuffer) COMPACTXML_NOEXCEPT;
+
+/* The callbacks that build the tree, for the library's own parses only: handler->userData must be
+ * the builder's own state. They report failure by setting context->status to 1. */
+COMPACTXML_API void XML_SAX_StartElementNs(XML_Parser_Ctx *context, const char *localName,
+                                           const char *prefix, const char *namespaceName,
+                                           int declarationCount, const char **declarations,
+                                           int attributeCount, int defaultedCount,
+                                           const char **attributes) COMPACTXML_NOEXCEPT;
+
+/* Ends the element that XML_SAX_StartElementNs began. */
+COMPACTXML_API void XML_SAX_EndElementNs(XML_Parser_Ctx *context, const char *localName,
+                                         const char *prefix,
+                                         const char *namespaceName) COMPACTXML_NOEXCEPT;
+
+/* Adds a text node; nothing if the first byte is NUL. */
+COMPACTXML_API void XML_SAX_Characters(XML_Parser_Ctx *context, const char *text,
+                                       int length) COMPACTXML_NOEXCEPT;
+
+/* Adds a CDATA node; nothing if the first byte is NUL. */
+COMPACTXML_API void XML_SAX_CData(XML_Parser_Ctx *context, const char *text,
+                                  int length) COMPACTXML_NOEXCEPT;
+
+/* Stores the document's encoding and version on the root. */
+COMPACTXML_API void XML_SAX_EndDocument(XML_Parser_Ctx *context) COMPACTXML_NOEXCEPT;
+
+/* Formats the message into the caller's error buffer and frees the partial tree. */
+COMPACTXML_API void XML_SAX_Error(XML_Parser_Ctx *context, const char *format,
+                                  ...) COMPACTXML_NOEXCEPT;
+
+/* ---------------------------------------------------------------- parsing with callbacks
+ *
+ * Each returns 0 when the document was accepted and XML_REFUSED when it was not, after
+ * handler->error was called once. handler may be null: the parse then checks the document.
+ * XML_REFUSED without an error call means a missing argument, a file that cannot be opened or
+ * memory exhausted before the parse began. Memory: what the deepest nesting and the longest single
+ * name, value or text need.
+ */
+
+/* Parses the document in a file. */
+COMPACTXML_API uint32_t XML_Parser_ByFile(const char *path,
+                                          XML_SAX_Handler *handler) COMPACTXML_NOEXCEPT;
+
+/* Parses one whole document in memory.
+ *
+ *   buffer       any known encoding; need not end in NUL; never written
+ *   length       bytes at buffer; 0 is refused */
+COMPACTXML_API uint32_t XML_Parser_ByMem(const char *buffer, uint32_t length,
+                                         XML_SAX_Handler *handler) COMPACTXML_NOEXCEPT;
+
+/* Parses one whole document that lies in a list of buffers, cut anywhere. */
+COMPACTXML_API uint32_t XML_Parser_ByMemList(const XML_IO_MemList *list,
+                                             XML_SAX_Handler *handler) COMPACTXML_NOEXCEPT;
+
+/* Checks a namespace declaration.
+ *
+ *   prefix       null for the default namespace
+ *   uri          the namespace name; null is refused
+ *
+ * Refuses an empty name for a prefix, the prefix "xmlns", the name reserved for it, and every
+ * pairing of the prefix "xml" or the XML namespace name with anything but each other. */
+COMPACTXML_API uint32_t XML_CheckNamespace(const char *prefix, const char *uri) COMPACTXML_NOEXCEPT;
+
+/* Checks that a string in GB18030 is a name without a colon (Namespaces in XML 1.0, NCName). */
+COMPACTXML_API uint32_t XML_CheckQName(const char *name) COMPACTXML_NOEXCEPT;
+
+/* ---------------------------------------------------------------- input streams
+ *
+ * A stream recognises a byte order mark when it opens. It keeps at least 64 bytes ahead of cur
+ * while the source has them, provided that XML_IO_Grow is called after each character read.
+ */
+
+/* Opens a stream over memory, which is used in place and never written.
+ *
+ *   length       bytes at buffer; 0 is refused
+ *
+ * Returns the stream, to be released with XML_IO_DestroyByMem; null when refused. */
+COMPACTXML_API XML_IO_InStream *XML_IO_ByMem(const char *buffer,
+                                             uint32_t length) COMPACTXML_NOEXCEPT;
+
+/* Opens a stream over a file, to be released with XML_IO_DestroyByFile; null when refused. */
+COMPACTXML_API XML_IO_InStream *XML_IO_ByFile(const char *path) COMPACTXML_NOEXCEPT;
+
+/* Opens a stream over a memory list, which must outlive it; to be released with
+ * XML_IO_DestroyByMemList. Null when refused. */
+COMPACTXML_API XML_IO_InStream *XML_IO_ByMemList(const XML_IO_MemList *list) COMPACTXML_NOEXCEPT;
+
+/* Refills the buffer if state is 0 and fewer than 64 bytes lie ahead of cur. Bytes before mark may
+ * be dropped and all four pointers may move. The outcome is in state. */
+COMPACTXML_API void XML_IO_Grow(XML_IO_InStream *stream) COMPACTXML_NOEXCEPT;
+
+/* Changes the encoding that the rest of the source is read in.
+ *
+ *   encoding     XML_ENCODING_*; XML_ENCODING_UTF_8 ends conversion
+ *
+ * Returns 0 on success, also for memory; the unchanged state when it is above 1 or the encoding is
+ * the present one; 2 memory failure (and null stream), 3 unsupported encoding, 4 text that does not
+ * convert. */
+COMPACTXML_API uint32_t XML_IO_SwitchEncoding(XML_IO_InStream *stream,
+                                              uint32_t encoding) COMPACTXML_NOEXCEPT;
+
+/* Tells whether the n bytes at cur are the first n bytes of s: 1, or 0 (also when fewer than n
+ * bytes are buffered). Never refills. */
+COMPACTXML_API int XML_IO_Strncmp(const XML_IO_InStream *stream, const char *s,
+                                  uint32_t n) COMPACTXML_NOEXCEPT;
+
+/* The same, ignoring ASCII case. */
+COMPACTXML_API int XML_IO_Strncasecmp(const XML_IO_InStream *stream, const char *s,
+                                      uint32_t n) COMPACTXML_NOEXCEPT;
+
+/* Releases a stream of XML_IO_ByMem; null does nothing. */
+COMPACTXML_API void XML_IO_DestroyByMem(XML_IO_InStream *stream) COMPACTXML_NOEXCEPT;
+
+/* Releases a stream of XML_IO_ByFile and closes its file; null does nothing. */
+COMPACTXML_API void XML_IO_DestroyByFile(XML_IO_InStream *stream) COMPACTXML_NOEXCEPT;
+
+/* Releases a stream of XML_IO_ByMemList, but not the list; null does nothing. */
+COMPACTXML_API void XML_IO_DestroyByMemList(XML_IO_InStream *stream) COMPACTXML_NOEXCEPT;
+
+/* ---------------------------------------------------------------- output streams
+ *
+ * Two equal encodings, even two unknown ones, mean no conversion.
+ */
+
+/* Creates a stream that collects bytes in memory.
+ *
+ * Returns the stream, to be released with XML_IO_OutStreamDestroy; null for a pair of encodings
+ * that cannot be converted and for exhausted memory. */
+COMPACTXML_API XML_IO_OutStream *XML_IO_MemOutStreamCreate(
+    uint32_t sourceEncoding, uint32_t targetEncoding) COMPACTXML_NOEXCEPT;
+
+/* Creates a stream that appends to a file, which is created (mode 0640) if it is missing and never
+ * truncated. Otherwise as XML_IO_MemOutStreamCreate; the file may have been created when null is
+ * returned. */
+COMPACTXML_API XML_IO_OutStream *XML_IO_FileOutStreamCreate(
+    const char *path, uint32_t sourceEncoding, uint32_t targetEncoding) COMPACTXML_NOEXCEPT;
+
+/* Appends bytes. A character cut off at their end is held back (at most 3 bytes) and completed by
+ * the next append.
+ *
+ * Returns 0; 0 also for null bytes or length 0, even on a null stream. XML_REFUSED for a null
+ * stream, text that does not convert, exhausted memory or a failed write; what earlier 256-byte
+ * chunks of the converted text held has then been written. */
+COMPACTXML_API uint32_t XML_IO_OutStreamAppend(XML_IO_OutStream *stream, const char *bytes,
+                                               uint32_t length) COMPACTXML_NOEXCEPT;
+
+/* Appends as XML_IO_OutStreamAppend does, but holds back a "?" for each byte of a character cut off
+ * at the end, so that half a character can never come out. */
+COMPACTXML_API uint32_t XML_IO_OutStreamAppendSafe(XML_IO_OutStream *stream, const char *bytes,
+                                                   uint32_t length) COMPACTXML_NOEXCEPT;
+
+/* Appends a NUL-terminated string, without its NUL. A string of 4 GB or more is refused. */
+COMPACTXML_API uint32_t XML_IO_OutStreamAppendString(XML_IO_OutStream *stream,
+                                                     const char *s) COMPACTXML_NOEXCEPT;
+
+/* Gives the content of a memory stream, NUL-terminated and still owned by the stream; it is good
+ * until the next call on the stream. Null when it is empty, and, with lengthOut untouched, for null
+ * and for a file stream. */
+COMPACTXML_API char *XML_IO_MemOutStreamGetBuf(XML_IO_OutStream *stream,
+                                               uint32_t *lengthOut) COMPACTXML_NOEXCEPT;
+
+/* Takes the content out of a memory stream; the caller frees it and the stream is empty. Otherwise
+ * as XML_IO_MemOutStreamGetBuf. */
+COMPACTXML_API char *XML_IO_MemOutStreamDetachBuf(XML_IO_OutStream *stream,
+                                                  uint32_t *lengthOut) COMPACTXML_NOEXCEPT;
+
+/* Empties a memory stream and keeps its allocation. Bytes held back stay held back. */
+COMPACTXML_API void XML_IO_MemOutStreamCleanBuf(XML_IO_OutStream *stream) COMPACTXML_NOEXCEPT;
+
+/* Calls fsync on the file of a file stream; does nothing for others. */
+COMPACTXML_API void XML_IO_FileOutStreamFlush(XML_IO_OutStream *stream) COMPACTXML_NOEXCEPT;
+
+/* Releases a stream; null does nothing. A file is closed but not synced; bytes held back are lost.
+ */
+COMPACTXML_API void XML_IO_OutStreamDestroy(XML_IO_OutStream *stream) COMPACTXML_NOEXCEPT;
+
+#ifdef __cplusplus
+}
+#endif
+
+#endif /* COMPACTXML_H */

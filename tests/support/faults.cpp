@@ -1,0 +1,194 @@
+#include "tests/support/faults.h"
+
+#include <fcntl.h>
+#include <sys/types.h>
+
+#include <cerrno>
+#include <cstdarg>
+#include <unordered_set>
+
+extern "C" {
+void *__real_malloc(std::size_t size);
+void *__real_calloc(std::size_t count, std::size_t size);
+void *__real_realloc(void *block, std::size_t size);
+void __real_free(void *block);
+int __real_open(const char *path, int flags, ...);
+ssize_t __real_read(int fd, void *buffer, std::size_t count);
+ssize_t __real_write(int fd, const void *buffer, std::size_t count);
+int __real_fsync(int fd);
+int __real_close(int fd);
+void *__wrap_malloc(std::size_t size);
+void *__wrap_calloc(std::size_t count, std::size_t size);
+void *__wrap_realloc(void *block, std::size_t size);
+void __wrap_free(void *block);
+int __wrap_open(const char *path, int flags, ...);
+ssize_t __wrap_read(int fd, void *buffer, std::size_t count);
+ssize_t __wrap_write(int fd, const void *buffer, std::size_t count);
+int __wrap_fsync(int fd);
+int __wrap_close(int fd);
+}
+
+namespace {
+
+struct HeapAccount {
+    std::size_t failAt = 0;
+    bool persistent = false;
+    bool failed = false;
+    std::size_t allocations = 0;
+    std::size_t bytes = 0;
+    std::size_t largest = 0;
+    std::unordered_set<void *> live;
+};
+
+struct FileAccount {
+    support::FilePlan plan;
+    std::size_t transfers = 0;
+    std::size_t reads = 0;
+    std::size_t writes = 0;
+    std::size_t syncs = 0;
+    long descriptors = 0;
+};
+
+thread_local HeapAccount *heap = nullptr;
+thread_local FileAccount *files = nullptr;
+
+bool refuseAllocation(std::size_t size) {
+    ++heap->allocations;
+    heap->bytes += size;
+    if (size > heap->largest) heap->largest = size;
+    const bool refuse = heap->failAt != 0 && (heap->persistent ? heap->allocations >= heap->failAt
+                                                               : heap->allocations == heap->failAt);
+    heap->failed |= refuse;
+    if (refuse) errno = ENOMEM;
+    return refuse;
+}
+
+// The set of live blocks allocates through operator new, which is not wrapped.
+void *account(void *block) {
+    if (block) heap->live.insert(block);
+    return block;
+}
+
+// Cuts a transfer short or makes it fail; true when *result is the answer.
+bool interfere(std::size_t *count, ssize_t *result) {
+    if (files->plan.failAt != 0 && ++files->transfers == files->plan.failAt) {
+        errno = files->plan.failErrno;
+        *result = files->plan.failErrno ? -1 : 0;
+        return true;
+    }
+    if (files->plan.shortCount != 0 && *count > files->plan.shortCount) {
+        *count = files->plan.shortCount;
+    }
+    return false;
+}
+
+}  // namespace
+
+void *__wrap_malloc(std::size_t size) {
+    if (!heap) return __real_malloc(size);
+    return refuseAllocation(size) ? nullptr : account(__real_malloc(size));
+}
+
+void *__wrap_calloc(std::size_t count, std::size_t size) {
+    if (!heap) return __real_calloc(count, size);
+    return refuseAllocation(count * size) ? nullptr : account(__real_calloc(count, size));
+}
+
+void *__wrap_realloc(void *block, std::size_t size) {
+    if (!heap) return __real_realloc(block, size);
+    if (refuseAllocation(size)) return nullptr;
+    const bool known = !block || heap->live.erase(block) != 0;
+    void *moved = __real_realloc(block, size);
+    if (known) account(moved ? moved : block);
+    return moved;
+}
+
+void __wrap_free(void *block) {
+    if (heap && block) heap->live.erase(block);
+    __real_free(block);
+}
+
+int __wrap_open(const char *path, int flags, ...) {
+    mode_t mode = 0;
+    if (flags & O_CREAT) {
+        va_list arguments;
+        va_start(arguments, flags);
+        mode = va_arg(arguments, mode_t);
+        va_end(arguments);
+    }
+    if (files && files->plan.failOpen) {
+        errno = EMFILE;
+        return -1;
+    }
+    const int fd = __real_open(path, flags, mode);
+    if (files && fd >= 0) ++files->descriptors;
+    return fd;
+}
+
+ssize_t __wrap_read(int fd, void *buffer, std::size_t count) {
+    ssize_t result = 0;
+    if (files) {
+        ++files->reads;
+        if (interfere(&count, &result)) return result;
+    }
+    return __real_read(fd, buffer, count);
+}
+
+ssize_t __wrap_write(int fd, const void *buffer, std::size_t count) {
+    ssize_t result = 0;
+    if (files) {
+        ++files->writes;
+        if (interfere(&count, &result)) return result;
+    }
+    return __real_write(fd, buffer, count);
+}
+
+int __wrap_fsync(int fd) {
+    if (files) ++files->syncs;
+    return __real_fsync(fd);
+}
+
+int __wrap_close(int fd) {
+    if (files) --files->descriptors;
+    return __real_close(fd);
+}
+
+namespace support {
+
+FaultyHeap::FaultyHeap(std::size_t failAt, bool persistent) {
+    heap = nullptr;
+    auto *account = new HeapAccount;
+    account->failAt = failAt;
+    account->persistent = persistent;
+    heap = account;
+}
+
+FaultyHeap::~FaultyHeap() {
+    HeapAccount *account = heap;
+    heap = nullptr;
+    delete account;
+}
+
+bool FaultyHeap::failed() const { return heap->failed; }
+std::size_t FaultyHeap::allocations() const { return heap->allocations; }
+std::size_t FaultyHeap::blocksInUse() const { return heap->live.size(); }
+std::size_t FaultyHeap::bytesAllocated() const { return heap->bytes; }
+std::size_t FaultyHeap::largestBlock() const { return heap->largest; }
+
+FaultyFiles::FaultyFiles(const FilePlan &plan) {
+    files = new FileAccount;
+    files->plan = plan;
+}
+
+FaultyFiles::~FaultyFiles() {
+    FileAccount *account = files;
+    files = nullptr;
+    delete account;
+}
+
+std::size_t FaultyFiles::reads() const { return files->reads; }
+std::size_t FaultyFiles::writes() const { return files->writes; }
+std::size_t FaultyFiles::syncs() const { return files->syncs; }
+long FaultyFiles::openDescriptors() const { return files->descriptors; }
+
+}  // namespace support
