@@ -1,0 +1,87 @@
+// io/memory.h - heap blocks whose allocation may fail: copies of strings and growing arrays.
+#pragma once
+
+#include <cstddef>
+#include <cstdint>
+#include <cstdlib>
+#include <cstring>
+#include <type_traits>
+
+namespace cxml {
+
+// A new block of length + 1 bytes: the bytes and a NUL. Null for exhausted memory.
+char *copyBytes(const char *bytes, std::size_t length) noexcept;
+
+inline char *copyString(const char *text) noexcept { return copyBytes(text, std::strlen(text)); }
+
+// Copies as much of text as fits into size bytes, NUL included; writes nothing for a size of 0.
+void copyBounded(char *destination, std::size_t size, const char *text) noexcept;
+
+// Frees with the C library; for std::unique_ptr over blocks of copyBytes and malloc.
+struct FreeBlock {
+    void operator()(void *block) const noexcept { std::free(block); }
+};
+
+// An array of plain records in one heap block that doubles as it grows. Every growth may fail and
+// then leaves the array as it was. Elements move when it grows: keep indices, not pointers.
+template <class T>
+class GrowingArray {
+    static_assert(std::is_trivially_copyable_v<T>);
+
+  public:
+    GrowingArray() noexcept = default;
+    GrowingArray(const GrowingArray &) = delete;
+    GrowingArray &operator=(const GrowingArray &) = delete;
+    ~GrowingArray() { std::free(data_); }
+
+    T *data() noexcept { return data_; }
+    std::size_t size() const noexcept { return size_; }
+    bool empty() const noexcept { return size_ == 0; }
+    T &operator[](std::size_t index) noexcept { return data_[index]; }
+    T &back() noexcept { return data_[size_ - 1]; }
+    void truncate(std::size_t size) noexcept { size_ = size; }
+    bool allocated() const noexcept { return data_ != nullptr; }
+
+    // Makes room for count more elements.
+    [[nodiscard]] bool reserve(std::size_t count) noexcept {
+        return count <= capacity_ - size_ || grow(count);
+    }
+
+    [[nodiscard]] bool append(const T &element) noexcept {
+        if (!reserve(1)) return false;
+        data_[size_++] = element;
+        return true;
+    }
+
+    [[nodiscard]] bool append(const T *elements, std::size_t count) noexcept {
+        if (!reserve(count)) return false;
+        if (count != 0) std::memcpy(data_ + size_, elements, count * sizeof(T));
+        size_ += count;
+        return true;
+    }
+
+  private:
+    // Small first blocks keep a short parse below the size at which allocators merge and split.
+    static constexpr std::size_t kFirst = sizeof(T) < 64 ? 256 / sizeof(T) : 4;
+
+    [[gnu::noinline]] bool grow(std::size_t count) noexcept {
+        constexpr std::size_t kMost = PTRDIFF_MAX / sizeof(T);
+        if (count > kMost - size_) return false;
+        const std::size_t need = size_ + count;
+        std::size_t capacity = capacity_ == 0 ? kFirst : capacity_;
+        while (capacity < need) capacity = capacity > kMost / 2 ? kMost : capacity * 2;
+        void *block = std::realloc(static_cast<void *>(data_), capacity * sizeof(T));
+        if (!block) return false;
+        data_ = static_cast<T *>(block);
+        capacity_ = capacity;
+        return true;
+    }
+
+    T *data_ = nullptr;
+    std::size_t size_ = 0;
+    std::size_t capacity_ = 0;
+};
+
+using ByteBuffer = GrowingArray<char>;
+
+}  // namespace cxml

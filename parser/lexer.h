@@ -1,0 +1,175 @@
+// parser/lexer.h - characters, white space, names and references at the read position.
+//
+// Functions that can fail return a code of messages.h. On failure the read position, line and column
+// stand where the message is to point.
+//
+// The stream wants a refill after each character that leaves fewer than 64 bytes ahead. While more
+// are ahead nothing can happen, so a run is taken in one step up to there, and one character a step
+// from there on: the buffer, and what an error report shows of it, come out as if every character
+// had been asked for singly.
+#pragma once
+
+#include <cstring>
+
+#include "io/byte_scan.h"
+#include "io/input_stream.h"
+#include "parser/char_class.h"
+#include "parser/context.h"
+#include "parser/messages.h"
+
+namespace cxml {
+
+// What must stay in the buffer while a run is read.
+enum class Keep {
+    kMark,     // everything from the mark on: the run is wanted whole
+    kSnippet,  // no more than an error report shows
+    kNothing,  // the mark moves along with the read position
+};
+
+inline constexpr std::ptrdiff_t kSnippetBefore = 32;  // bytes shown before an error
+
+inline bool atEnd(const Parser *parser) { return parser->input->cur == parser->input->end; }
+
+// The byte at the read position, or -1 at the end of the input.
+inline int peek(const Parser *parser) { return atEnd(parser) ? -1 : *parser->input->cur; }
+
+inline bool isBlankNext(const Parser *parser) { return XML_Parser_IsBlank(peek(parser)); }
+
+// Whether a literal follows.
+template <std::size_t kSize>
+bool follows(const Parser *parser, const char (&literal)[kSize]) {
+    const XML_IO_InStream *input = parser->input;
+    return static_cast<std::size_t>(input->end - input->cur) >= kSize - 1 &&
+           std::memcmp(input->cur, literal, kSize - 1) == 0;
+}
+
+// Line and column count in unsigned: a document of 4 GB wraps them, which is no undefined behaviour.
+inline void addColumns(Parser *parser, std::size_t count) {
+    parser->column = static_cast<std::int32_t>(static_cast<std::uint32_t>(parser->column) +
+                                               static_cast<std::uint32_t>(count));
+}
+
+inline void addLine(Parser *parser) {
+    parser->line = static_cast<std::int32_t>(static_cast<std::uint32_t>(parser->line) + 1);
+    parser->column = 1;
+}
+
+inline void refill(Parser *parser, Keep keep) {
+    XML_IO_InStream *input = parser->input;
+    if (keep == Keep::kNothing) input->mark = input->cur;
+    if (input->state != kMoreMayCome || input->end - input->cur >= kReadAhead) return;
+    if (keep == Keep::kSnippet && input->cur - input->mark > kSnippetBefore) {
+        input->mark = input->cur - kSnippetBefore;
+    }
+    XML_IO_Grow(input);
+}
+
+// Characters that begin before this need no refill between them.
+inline const Byte *runLimit(const XML_IO_InStream *input) {
+    if (input->state != kMoreMayCome) return input->end;
+    if (input->end - input->cur > kReadAhead) return input->end - kReadAhead;
+    return input->cur < input->end ? input->cur + 1 : input->end;
+}
+
+// Passes over characters of one byte that are no line breaks.
+inline void skipAscii(Parser *parser, std::size_t count, Keep keep = Keep::kSnippet) {
+    parser->input->cur += count;
+    addColumns(parser, count);
+    refill(parser, keep);
+}
+
+// How many bytes a character takes, by bits 4 and 5 of its first byte. Intended: bytes that begin no
+// character have a length too.
+inline constexpr std::uint8_t kCharLength[4] = {2, 2, 3, 4};
+inline std::size_t multibyteLength(Byte first) { return kCharLength[first >> 4 & 3]; }
+
+// The character at p, or kNoChar. Intended: C0, C1 and F8 to FF pass as first bytes; the legality
+// of the value decides.
+CodePoint decodeChar(const Byte *p, const Byte *end) noexcept;
+
+inline CodePoint XML_Parser_CurrentChar(const Parser *parser) {
+    return decodeChar(parser->input->cur, parser->input->end);
+}
+
+void XML_Parser_NextChar(Parser *parser, Keep keep) noexcept;
+
+// Passes over spaces, tabs, CR and LF.
+void XML_Parser_SkipBlanks(Parser *parser, Keep keep) noexcept;
+
+// Reads a name and appends it to a buffer, with a NUL. Moves the mark to its first character.
+ErrorCode XML_Parser_ReadName(Parser *parser, ByteBuffer *into) noexcept;
+
+// Reads a name, or two with ":" between them, and appends them to a buffer.
+ErrorCode XML_Parser_ReadQName(Parser *parser, ByteBuffer *into, QName *name) noexcept;
+
+// Reads the reference that follows and appends the character it stands for.
+ErrorCode readReference(Parser *parser, ByteBuffer *into) noexcept;
+
+// Passes over a line break or a tab at p, counting it, and returns what follows. p is in the buffer.
+inline const Byte *passBlankControl(Parser *parser, const Byte *p, const Byte *end) {
+    const Byte b = *p++;
+    // CR LF is one line break, counted at the LF.
+    if (b == '\n' || (b == '\r' && (p == end || *p != '\n'))) {
+        addLine(parser);
+    } else {
+        addColumns(parser, 1);
+    }
+    return p;
+}
+
+// Passes over legal multibyte characters in [p, limit); stops at an ASCII byte or an illegal one.
+const Byte *passMultibyte(Parser *parser, const Byte *p, const Byte *limit) noexcept;
+
+// Passes over legal characters up to one of the stop bytes (all ASCII) or the end of the input, and
+// appends them to a buffer if one is given.
+template <Byte... kStops>
+ErrorCode takeUntil(Parser *parser, Keep keep, ByteBuffer *into) noexcept {
+    XML_IO_InStream *input = parser->input;
+    for (;;) {
+        const Byte *const start = input->cur;
+        const Byte *const limit = runLimit(input);
+        if (start == limit) return kAccepted;
+        ErrorCode code = kAccepted;
+        bool stopped = false;
+        const Byte *p = start;
+        while (p < limit) {
+            const Byte *const plainEnd = scanFor<NotPlainOr<kStops...>>(p, limit);
+            addColumns(parser, static_cast<std::size_t>(plainEnd - p));
+            p = plainEnd;
+            if (p == limit) break;
+            if (((*p == kStops) || ...)) {
+                stopped = true;
+                break;
+            }
+            if (*p >= 0x80) {
+                const Byte *const next = passMultibyte(parser, p, limit);
+                if (next == p) {
+                    code = kInvalidChar;
+                    break;
+                }
+                p = next;
+            } else if (XML_Parser_IsBlank(*p)) {
+                p = passBlankControl(parser, p, input->end);
+            } else {
+                code = kInvalidChar;
+                break;
+            }
+        }
+        const auto length = static_cast<std::size_t>(p - start);
+        if (into && !into->append(reinterpret_cast<const char *>(start), length)) return kNoMemory;
+        input->cur += length;
+        // Unless a character was passed there is nothing to refill for.
+        if (length != 0) refill(parser, keep);
+        if (stopped || code != kAccepted) return code;
+    }
+}
+
+// Takes one ASCII character that is no line break.
+inline ErrorCode takeAscii(Parser *parser, Keep keep, ByteBuffer *into) noexcept {
+    const char c = static_cast<char>(*parser->input->cur);
+    if (into && !into->append(c)) return kNoMemory;
+    skipAscii(parser, 1, keep);
+    return kAccepted;
+}
+
+}  // namespace cxml

@@ -1,0 +1,267 @@
+#include <bit>
+#include <climits>
+
+#include "parser/grammar.h"
+#include "parser/lexer.h"
+
+namespace cxml {
+namespace {
+
+// Up to so many attributes are compared pair by pair, more are looked up in a table.
+constexpr std::size_t kComparedInPairs = 8;
+
+// What a prefix is bound to; null if it is not. A name without a prefix is in the default namespace.
+XML_Parser_Ns *XML_Parser_LookupNamespace(Parser *parser, const char *prefix, std::size_t length) {
+    XML_Parser_Ns *binding = parser->scope.find(prefix, length);
+    if (!binding && length == 3 && std::memcmp(prefix, "xml", 3) == 0) return &parser->xmlBinding;
+    return binding;
+}
+
+// Reads a value up to its closing quote into the scratch buffer, with a NUL.
+template <Byte kQuote>
+Code readValue(Parser *parser) {
+    for (;;) {
+        Code code = takeUntil<kQuote, '<', '&'>(parser, Keep::kSnippet, &parser->scratch);
+        if (code != kAccepted) return code;
+        switch (peek(parser)) {
+            case kQuote:
+                skipAscii(parser, 1);
+                return parser->scratch.append('\0') ? kAccepted : kNoMemory;
+            case '<': return kLessThanInValue;
+            case '&': code = readReference(parser, &parser->scratch); break;
+            default: return kQuoteNotClosed;
+        }
+        if (code != kAccepted) return code;
+    }
+}
+
+// Reads name, "=" and value; name and value come to stand at the end of their buffers.
+Code readAttribute(Parser *parser, QName *name, std::size_t *valueAt) {
+    Code code = XML_Parser_ReadQName(parser, &parser->tagNames, name);
+    if (code != kAccepted) return code;
+    XML_Parser_SkipBlanks(parser, Keep::kSnippet);
+    if (peek(parser) != '=') return kEqualsExpected;
+    skipAscii(parser, 1);
+    XML_Parser_SkipBlanks(parser, Keep::kSnippet);
+    const int quote = peek(parser);
+    if (quote != '"' && quote != '\'') return kQuoteNotOpened;
+    skipAscii(parser, 1);
+    // Intended: without a buffer to begin with the message is another than when it cannot grow.
+    if (!parser->scratch.allocated() && !parser->scratch.reserve(1)) return kInternalError;
+    *valueAt = parser->scratch.size();
+    return quote == '"' ? readValue<'"'>(parser) : readValue<'\''>(parser);
+}
+
+// Binds a prefix (null for the default namespace) to the value that has been read.
+Code declareNamespace(Parser *parser, const char *prefix, const char *namespaceName) {
+    if (XML_CheckNamespace(prefix, namespaceName) != XML_OK) return kBadNamespace;
+    const std::size_t before = parser->open.back().bindings;
+    const XML_Parser_Ns *same = parser->scope.find(prefix, prefix ? std::strlen(prefix) : 0);
+    if (same && same->ordinal >= before) return kAttributeRedefined;
+    if (!parser->scope.push(prefix, namespaceName)) return kNoMemory;
+    parser->namespaces = parser->scope.newest();
+    return kAccepted;
+}
+
+bool isNamed(const char *text, std::size_t length, const char *name) {
+    return length == std::strlen(name) && std::memcmp(text, name, length) == 0;
+}
+
+// Reads one attribute and keeps it, or binds what it declares.
+Code parseAttribute(Parser *parser) {
+    QName name;
+    std::size_t valueAt = 0;
+    const Code code = readAttribute(parser, &name, &valueAt);
+    if (code != kAccepted) return code;
+
+    const char *names = parser->tagNames.data();
+    const char *prefix = name.prefix(names);
+    const char *local = name.local(names);
+    const bool declaresPrefix = prefix && isNamed(prefix, name.prefixLength, "xmlns");
+    if (declaresPrefix || (!prefix && isNamed(local, name.localLength, "xmlns"))) {
+        const char *value = parser->scratch.data() + valueAt;
+        const Code declared = declareNamespace(parser, declaresPrefix ? local : nullptr, value);
+        parser->tagNames.truncate(name.at);
+        parser->scratch.truncate(valueAt);
+        return declared;
+    }
+    XML_Parser_Attr attribute{};
+    attribute.nameAt = name.at;
+    attribute.valueAt = valueAt;
+    attribute.valueLength = parser->scratch.size() - valueAt - 1;
+    attribute.prefixLength = name.prefixLength;
+    attribute.localLength = name.localLength;
+    return parser->tagAttributes.append(attribute) ? kAccepted : kNoMemory;
+}
+
+// Points the attributes at their strings, which move no more, and at their bindings.
+Code resolveAttributes(Parser *parser) {
+    const char *names = parser->tagNames.data();
+    const char *values = parser->scratch.data();
+    XML_Parser_Attr *previous = nullptr;
+    for (std::size_t i = 0; i < parser->tagAttributes.size(); ++i) {
+        XML_Parser_Attr &attribute = parser->tagAttributes[i];
+        const QName name{attribute.nameAt, attribute.prefixLength, attribute.localLength};
+        attribute.next = previous;
+        attribute.prefix = name.prefix(names);
+        attribute.localName = name.local(names);
+        attribute.value = values + attribute.valueAt;
+        if (attribute.prefix) {
+            attribute.binding =
+                XML_Parser_LookupNamespace(parser, attribute.prefix, attribute.prefixLength);
+            if (!attribute.binding) return kUnboundPrefix;
+            attribute.namespaceName = attribute.binding->namespaceName;
+        }
+        previous = &attribute;
+    }
+    parser->attributes = previous;
+    return kAccepted;
+}
+
+bool isSameAttribute(Parser *parser, const XML_Parser_Attr &a, const XML_Parser_Attr &b) {
+    return a.localLength == b.localLength &&
+           std::memcmp(a.localName, b.localName, a.localLength) == 0 &&
+           parser->scope.isSameName(a.binding, b.binding);
+}
+
+Code findDuplicateInPairs(Parser *parser) {
+    GrowingArray<XML_Parser_Attr> &attributes = parser->tagAttributes;
+    for (std::size_t i = 1; i < attributes.size(); ++i) {
+        for (std::size_t j = 0; j < i; ++j) {
+            if (isSameAttribute(parser, attributes[i], attributes[j])) return kAttributeRedefined;
+        }
+    }
+    return kAccepted;
+}
+
+// Open addressing; a slot holds an attribute's number + 1. The same local name in n namespaces fills
+// one run of slots only if the hash leaves the namespace out, so it takes part.
+Code findDuplicateByTable(Parser *parser) {
+    GrowingArray<XML_Parser_Attr> &attributes = parser->tagAttributes;
+    GrowingArray<std::uint32_t> &table = parser->attributeTable;
+    if (attributes.size() > UINT32_MAX / 4) return kNoMemory;
+    const std::size_t size = std::bit_ceil(attributes.size() * 2);
+    table.truncate(0);
+    if (!table.reserve(size)) return kNoMemory;
+    std::memset(table.data(), 0, size * sizeof(std::uint32_t));
+    for (std::size_t i = 0; i < attributes.size(); ++i) {
+        const XML_Parser_Attr &attribute = attributes[i];
+        std::uint64_t hash = parser->scope.hash()(attribute.localName, attribute.localLength);
+        hash += parser->scope.hashOfName(attribute.binding);
+        std::size_t slot = hash & (size - 1);
+        while (std::uint32_t taken = table.data()[slot]) {
+            if (isSameAttribute(parser, attribute, attributes[taken - 1])) {
+                return kAttributeRedefined;
+            }
+            slot = (slot + 1) & (size - 1);
+        }
+        table.data()[slot] = static_cast<std::uint32_t>(i + 1);
+    }
+    return kAccepted;
+}
+
+Code findDuplicate(Parser *parser) {
+    return parser->tagAttributes.size() <= kComparedInPairs ? findDuplicateInPairs(parser)
+                                                            : findDuplicateByTable(parser);
+}
+
+// Five pointers for each attribute.
+bool fillAttributeArgs(Parser *parser) {
+    GrowingArray<const char *> &args = parser->attributeArgs;
+    args.truncate(0);
+    if (!args.reserve(parser->tagAttributes.size() * 5)) return false;
+    for (std::size_t i = 0; i < parser->tagAttributes.size(); ++i) {
+        const XML_Parser_Attr &attribute = parser->tagAttributes[i];
+        const char *const group[5] = {attribute.localName, attribute.prefix,
+                                      attribute.namespaceName, attribute.value,
+                                      attribute.value + attribute.valueLength};
+        if (!args.append(group, 5)) return false;
+    }
+    return true;
+}
+
+// Prefix and namespace name of each binding that this tag made, in the order of the document.
+bool fillDeclarationArgs(Parser *parser, std::size_t count) {
+    GrowingArray<const char *> &args = parser->declarationArgs;
+    args.truncate(0);
+    if (!args.reserve(count * 2)) return false;
+    const XML_Parser_Ns *binding = parser->scope.newest();
+    for (std::size_t i = count; i-- > 0; binding = binding->next) {
+        args.data()[2 * i] = binding->prefix;
+        args.data()[2 * i + 1] = binding->namespaceName;
+    }
+    return true;
+}
+
+Code reportStart(Parser *parser) {
+    if (!parser->handler || !parser->handler->startElementNs) return kAccepted;
+    const OpenElement &element = parser->open.back();
+    const std::size_t declarations = parser->scope.count() - element.bindings;
+    const std::size_t attributes = parser->tagAttributes.size();
+    if (declarations > INT_MAX || attributes > INT_MAX / 5) return kNoMemory;
+    if (!fillAttributeArgs(parser) || !fillDeclarationArgs(parser, declarations)) return kNoMemory;
+    const char *names = parser->openNames.data();
+    parser->handler->startElementNs(
+        parser, element.name.local(names), element.name.prefix(names),
+        element.binding ? element.binding->namespaceName : nullptr, static_cast<int>(declarations),
+        parser->declarationArgs.data(), static_cast<int>(attributes), 0,
+        parser->attributeArgs.data());
+    return parser->status;
+}
+
+bool atTagEnd(const Parser *parser) { return peek(parser) == '>' || follows(parser, "/>"); }
+
+Code readAttributes(Parser *parser) {
+    while (!atTagEnd(parser)) {
+        if (!isBlankNext(parser)) return kSpaceExpected;
+        XML_Parser_SkipBlanks(parser, Keep::kSnippet);
+        if (atTagEnd(parser)) return kAccepted;
+        if (atEnd(parser)) return kTagNotFinished;
+        const Code code = parseAttribute(parser);
+        if (code != kAccepted) return code;
+    }
+    return kAccepted;
+}
+
+}  // namespace
+
+Code parseStartTag(Parser *parser) noexcept {
+    skipAscii(parser, 1);  // "<"
+    if (atEnd(parser)) return kTagNotFinished;
+    OpenElement element{};
+    element.bindings = parser->scope.count();
+    Code code = XML_Parser_ReadQName(parser, &parser->openNames, &element.name);
+    if (code != kAccepted) return code;
+    if (!parser->open.append(element)) return kNoMemory;
+    parser->tagAttributes.truncate(0);
+    parser->tagNames.truncate(0);
+    parser->scratch.truncate(0);
+
+    code = readAttributes(parser);
+    if (code == kAccepted) code = resolveAttributes(parser);
+    if (code == kAccepted) code = findDuplicate(parser);
+    if (code != kAccepted) return code;
+    const QName &name = element.name;
+    const char *prefix = name.prefix(parser->openNames.data());
+    element.binding = XML_Parser_LookupNamespace(parser, prefix, name.prefixLength);
+    if (prefix && !element.binding) return kUnboundPrefix;
+    parser->open.back().binding = element.binding;
+
+    code = reportStart(parser);
+    parser->attributes = nullptr;
+    return code;
+}
+
+}  // namespace cxml
+
+using namespace cxml;
+
+uint32_t XML_CheckNamespace(const char *prefix, const char *uri) noexcept {
+    if (!uri) return XML_REFUSED;
+    const bool hasPrefix = prefix && prefix[0] != '\0';
+    const bool isXmlPrefix = XML_Strcmp(prefix, "xml") == 0;
+    const bool isXmlName = std::strcmp(uri, kXmlNamespace) == 0;
+    const bool valid = !(hasPrefix && uri[0] == '\0') && XML_Strcmp(prefix, "xmlns") != 0 &&
+                       std::strcmp(uri, kXmlnsNamespace) != 0 && isXmlPrefix == isXmlName;
+    return valid ? XML_OK : XML_REFUSED;
+}
