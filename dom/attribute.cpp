@@ -9,7 +9,9 @@
 namespace cxml {
 namespace {
 
-bool isEmpty(const char *text) { return !text || text[0] == '\0'; }
+bool isEmpty(const char *text) {
+    return !text || text[0] == '\0';
+}
 
 const char *namespaceNameOf(const XML_DOM_NsDecl *decl) {
     return decl ? decl->namespaceName : nullptr;

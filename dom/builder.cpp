@@ -247,8 +247,8 @@ void XML_SAX_StartElementNs(XML_Parser_Ctx *context, const char *localName, cons
     // The tree resolves prefixes itself: namespace names that the parser has found are not used.
     XML_DOM_BuildState *state = stateOf(context);
     if (!state) return;
-    const bool complete = localName && (declarations || declarationCount <= 0) &&
-                          (attributes || attributeCount <= 0);
+    const bool complete =
+        localName && (declarations || declarationCount <= 0) && (attributes || attributeCount <= 0);
     if (!complete || !startElement(state, localName, prefix, declarationCount, declarations,
                                    attributeCount, attributes)) {
         context->status = kFailed;

@@ -5,12 +5,14 @@
 namespace cxml {
 namespace {
 
-constexpr const char *kNames[] = {"UTF-8",  "UTF-16LE", "UTF-16BE", "GB2312",  "UTF-32LE",
-                                  "UTF-32BE", "UTF-16", "UTF-32",   "GBK",     "GB18030",
-                                  "UCS-4",  "UCS-4BE",  "UCS-4LE",  nullptr};
+constexpr const char *kNames[] = {"UTF-8",    "UTF-16LE", "UTF-16BE", "GB2312", "UTF-32LE",
+                                  "UTF-32BE", "UTF-16",   "UTF-32",   "GBK",    "GB18030",
+                                  "UCS-4",    "UCS-4BE",  "UCS-4LE",  nullptr};
 static_assert(sizeof kNames / sizeof kNames[0] == XML_ENCODING_UNKNOWN + 1);
 
-constexpr char foldCase(char c) { return c >= 'A' && c <= 'Z' ? static_cast<char>(c + 32) : c; }
+constexpr char foldCase(char c) {
+    return c >= 'A' && c <= 'Z' ? static_cast<char>(c + 32) : c;
+}
 
 }  // namespace
 

@@ -9,8 +9,8 @@
 namespace cxml {
 namespace {
 
-// Lies in read-only memory. Records have no const fields, as C programs see them; the library writes
-// through declarations in an element's list alone, where this one never is.
+// Lies in read-only memory. Records have no const fields, as C programs see them; the library
+// writes through declarations in an element's list alone, where this one never is.
 constinit const XML_DOM_NsDecl kXmlDecl = {nullptr, const_cast<char *>("xml"),
                                            const_cast<char *>(kXmlNamespace)};
 
@@ -31,7 +31,9 @@ uint32_t declare(XML_DOM_Node *element, const char *prefix, const char *namespac
 
 }  // namespace
 
-XML_DOM_NsDecl *builtinXmlDecl() noexcept { return const_cast<XML_DOM_NsDecl *>(&kXmlDecl); }
+XML_DOM_NsDecl *builtinXmlDecl() noexcept {
+    return const_cast<XML_DOM_NsDecl *>(&kXmlDecl);
+}
 
 XML_DOM_NsDecl *XML_DOM_FindNsDecl(XML_DOM_NsDecl *list, const char *prefix) noexcept {
     while (list && XML_Strcmp(list->prefix, prefix) != 0) list = list->next;

@@ -10,8 +10,8 @@ namespace cxml {
 // The record that the prefix "xml" resolves to where nobody declares it. Never freed, never linked.
 XML_DOM_NsDecl *builtinXmlDecl() noexcept;
 
-// The nearest declaration of a prefix from the element upwards (null and "" are the same prefix), the
-// built-in one for "xml", or null. Cost: the declarations of all ancestors.
+// The nearest declaration of a prefix from the element upwards (null and "" are the same prefix),
+// the built-in one for "xml", or null. Cost: the declarations of all ancestors.
 XML_DOM_NsDecl *XML_DOM_LookupNsByPrefix(const XML_DOM_Node *element, const char *prefix) noexcept;
 
 // The first declaration of this prefix in one element's list, or null.

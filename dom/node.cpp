@@ -138,7 +138,9 @@ XML_DOM_Node *XML_DOM_GetNextSibling(const XML_DOM_Node *node) noexcept {
     return node ? node->nextSibling : nullptr;
 }
 
-uint32_t XML_DOM_GetNodeType(const XML_DOM_Node *node) noexcept { return node ? node->type : 0; }
+uint32_t XML_DOM_GetNodeType(const XML_DOM_Node *node) noexcept {
+    return node ? node->type : 0;
+}
 
 const char *XML_DOM_GetNodeName(const XML_DOM_Node *node) noexcept {
     return node ? node->name : nullptr;

@@ -16,7 +16,8 @@ using NodeOwner = std::unique_ptr<XML_DOM_Node, DeleteNode>;
 XML_DOM_DocInfo *XML_DOM_FindDocInfo(const XML_DOM_Node *node) noexcept;
 
 // The sibling before a child of parent; null if it is the first child or no child at all.
-XML_DOM_Node *XML_DOM_FindPrevSibling(const XML_DOM_Node *parent, const XML_DOM_Node *node) noexcept;
+XML_DOM_Node *XML_DOM_FindPrevSibling(const XML_DOM_Node *parent,
+                                      const XML_DOM_Node *node) noexcept;
 
 // A detached element from a name of known length.
 XML_DOM_Node *newElement(const char *name, std::size_t length) noexcept;

@@ -13,40 +13,95 @@ uint32_t plus(uint32_t sum, uint32_t result) {
     return total == 0 ? sum : total;
 }
 
-// Where text goes, piece by piece. Nothing is ever written with a length of 0.
-struct Writer {
-    XML_WriteFn write;
-    void *context;
+// Where text goes, piece by piece: a function that sees every piece. Nothing is ever written with a
+// length of 0.
+class FunctionWriter {
+  public:
+    FunctionWriter(XML_WriteFn write, void *context) : write_(write), context_(context) {}
 
     uint32_t put(const char *bytes, std::size_t length) const {
         if (length == 0) return XML_OK;
         if (length > UINT32_MAX) return XML_REFUSED;
-        return write(context, bytes, static_cast<uint32_t>(length));
+        return write_(context_, bytes, static_cast<uint32_t>(length));
     }
-    uint32_t put(const char *text) const { return text ? put(text, std::strlen(text)) : XML_OK; }
+
+  private:
+    XML_WriteFn write_;
+    void *context_;
 };
 
-bool isBlank(char c) { return c == '\n' || c == '\r' || c == ' ' || c == '\t'; }
+// Where text goes when only the whole of it counts: a stream, which gets the pieces gathered. A
+// piece is a few bytes long, and a stream asks more of each append than copying them costs.
+class StreamWriter {
+  public:
+    explicit StreamWriter(XML_IO_OutStream *stream) : stream_(stream) {}
 
-uint32_t writeBlankReference(const Writer &writer, char blank) {
+    uint32_t put(const char *bytes, std::size_t length) {
+        if (length > sizeof gathered_ - size_) return putBehind(bytes, length);
+        std::memcpy(gathered_ + size_, bytes, length);
+        size_ += length;
+        return XML_OK;
+    }
+
+    uint32_t flush() {
+        const auto size = static_cast<uint32_t>(size_);
+        size_ = 0;
+        return XML_IO_OutStreamAppend(stream_, gathered_, size);
+    }
+
+  private:
+    [[gnu::noinline]] uint32_t putBehind(const char *bytes, std::size_t length) {
+        const uint32_t status = flush();
+        if (status != XML_OK || length > UINT32_MAX) return XML_REFUSED;
+        if (length > sizeof gathered_) {
+            return XML_IO_OutStreamAppend(stream_, bytes, static_cast<uint32_t>(length));
+        }
+        return put(bytes, length);
+    }
+
+    XML_IO_OutStream *stream_;
+    std::size_t size_ = 0;
+    char gathered_[512];
+};
+
+template <class Writer>
+uint32_t putString(Writer &writer, const char *text) {
+    return text ? writer.put(text, std::strlen(text)) : XML_OK;
+}
+
+bool isBlank(char c) {
+    return c == '\n' || c == '\r' || c == ' ' || c == '\t';
+}
+
+template <class Writer>
+uint32_t writeBlankReference(Writer &writer, char blank) {
     switch (blank) {
-        case '\n': return writer.put("&#x0a;", 6);
-        case '\r': return writer.put("&#x0d;", 6);
-        case ' ': return writer.put("&#x20;", 6);
-        default: return writer.put("&#x09;", 6);
+        case '\n':
+            return writer.put("&#x0a;", 6);
+        case '\r':
+            return writer.put("&#x0d;", 6);
+        case ' ':
+            return writer.put("&#x20;", 6);
+        default:
+            return writer.put("&#x09;", 6);
     }
 }
 
-uint32_t writeEscaped(const Writer &writer, char special) {
+template <class Writer>
+uint32_t writeEscaped(Writer &writer, char special) {
     switch (special) {
-        case '<': return writer.put("&lt;", 4);
-        case '>': return writer.put("&gt;", 4);
-        default: return writer.put("&amp;", 5);
+        case '<':
+            return writer.put("&lt;", 4);
+        case '>':
+            return writer.put("&gt;", 4);
+        default:
+            return writer.put("&amp;", 5);
     }
 }
 
 // Intended: one white-space character at each end is protected and no more, and quotes never are.
-uint32_t writeText(const Writer &writer, const char *text) {
+template <class Writer>
+uint32_t writeText(Writer &writer, const char *text) {
     if (!text) return XML_REFUSED;
     uint32_t sum = XML_OK;
     if (isBlank(*text)) sum = writeBlankReference(writer, *text++);
@@ -70,40 +125,45 @@ uint32_t writeText(const Writer &writer, const char *text) {
     }
 }
 
-uint32_t writePrefix(const Writer &writer, const XML_DOM_NsDecl *decl) {
+template <class Writer>
+uint32_t writePrefix(Writer &writer, const XML_DOM_NsDecl *decl) {
     if (!decl || !decl->prefix) return XML_OK;
-    const uint32_t sum = writer.put(decl->prefix);
+    const uint32_t sum = putString(writer, decl->prefix);
     return plus(sum, writer.put(":", 1));
 }
 
 // ="value"
-uint32_t writeQuoted(const Writer &writer, const char *value) {
+template <class Writer>
+uint32_t writeQuoted(Writer &writer, const char *value) {
     uint32_t sum = writer.put("=\"", 2);
     sum = plus(sum, writeText(writer, value));
     return plus(sum, writer.put("\"", 1));
 }
 
-uint32_t writeNsDecl(const Writer &writer, const XML_DOM_NsDecl *decl) {
+template <class Writer>
+uint32_t writeNsDecl(Writer &writer, const XML_DOM_NsDecl *decl) {
     uint32_t sum = writer.put(" xmlns", 6);
     if (decl->prefix) {
         sum = plus(sum, writer.put(":", 1));
-        sum = plus(sum, writer.put(decl->prefix));
+        sum = plus(sum, putString(writer, decl->prefix));
     }
     return plus(sum, writeQuoted(writer, decl->namespaceName));
 }
 
-uint32_t writeAttr(const Writer &writer, const XML_DOM_Attr *attribute) {
+template <class Writer>
+uint32_t writeAttr(Writer &writer, const XML_DOM_Attr *attribute) {
     uint32_t sum = writer.put(" ", 1);
     sum = plus(sum, writePrefix(writer, attribute->ns));
-    sum = plus(sum, writer.put(attribute->name));
+    sum = plus(sum, putString(writer, attribute->name));
     return plus(sum, writeQuoted(writer, attribute->value));
 }
 
-uint32_t writeDeclaration(const Writer &writer, const XML_DOM_DocInfo *info) {
+template <class Writer>
+uint32_t writeDeclaration(Writer &writer, const XML_DOM_DocInfo *info) {
     uint32_t sum = writer.put("<?xml version=\"", 15);
-    sum = plus(sum, writer.put(info->version));
+    sum = plus(sum, putString(writer, info->version));
     sum = plus(sum, writer.put("\" encoding=\"", 12));
-    sum = plus(sum, writer.put(XML_DOM_EncodingEnumToStr(info->encoding)));
+    sum = plus(sum, putString(writer, XML_DOM_EncodingEnumToStr(info->encoding)));
     return plus(sum, writer.put("\"?>", 3));
 }
 
@@ -125,11 +185,12 @@ bool isSelfClosed(const XML_DOM_Node *element, Tags tags) {
     return !element->firstChild && tags == Tags::kSelfClosing;
 }
 
-uint32_t writeStartTag(const Writer &writer, const XML_DOM_Node *element, Tags tags,
+template <class Writer>
+uint32_t writeStartTag(Writer &writer, const XML_DOM_Node *element, Tags tags,
                        XML_DOM_TranslateState *state) {
     uint32_t sum = writer.put("<", 1);
     sum = plus(sum, writePrefix(writer, element->ns));
-    sum = plus(sum, writer.put(element->name));
+    sum = plus(sum, putString(writer, element->name));
     for (const XML_DOM_NsDecl *decl = element->firstNsDecl; decl; decl = decl->next) {
         const uint32_t result = writeNsDecl(writer, decl);
         sum = plus(sum, result);
@@ -152,28 +213,34 @@ const char *textOf(const XML_DOM_Node *node, XML_DOM_TranslateState *state) {
     return state->textCallback(const_cast<XML_DOM_Node *>(node), state, state->userData);
 }
 
-uint32_t writeBegin(const Writer &writer, const XML_DOM_Node *node, Tags tags,
+template <class Writer>
+uint32_t writeBegin(Writer &writer, const XML_DOM_Node *node, Tags tags,
                     XML_DOM_TranslateState *state) {
     switch (node->type) {
-        case XML_DOM_NODE_ELEMENT: return writeStartTag(writer, node, tags, state);
-        case XML_DOM_NODE_TEXT: return writeText(writer, textOf(node, state));
+        case XML_DOM_NODE_ELEMENT:
+            return writeStartTag(writer, node, tags, state);
+        case XML_DOM_NODE_TEXT:
+            return writeText(writer, textOf(node, state));
         case XML_DOM_NODE_CDATA: {
             uint32_t sum = writer.put("<![CDATA[", 9);
-            sum = plus(sum, writer.put(node->value));  // Intended: "]]>" in it is not looked for
+            sum = plus(sum,
+                       putString(writer, node->value));  // Intended: "]]>" in it is not looked for
             return plus(sum, writer.put("]]>", 3));
         }
-        default: return XML_OK;
+        default:
+            return XML_OK;
     }
 }
 
-uint32_t writeEnd(const Writer &writer, const XML_DOM_Node *node, Tags tags,
+template <class Writer>
+uint32_t writeEnd(Writer &writer, const XML_DOM_Node *node, Tags tags,
                   XML_DOM_TranslateState *state) {
     if (node->type != XML_DOM_NODE_ELEMENT) return XML_OK;
     uint32_t sum = XML_OK;
     if (!isSelfClosed(node, tags)) {
         sum = writer.put("</", 2);
         sum = plus(sum, writePrefix(writer, node->ns));
-        sum = plus(sum, writer.put(node->name));
+        sum = plus(sum, putString(writer, node->name));
         sum = plus(sum, writer.put(">", 1));
     }
     popName(state);
@@ -182,10 +249,10 @@ uint32_t writeEnd(const Writer &writer, const XML_DOM_Node *node, Tags tags,
 
 // Writes a node with everything below it. A level whose own text or whose child failed takes no
 // further child but is still ended, and so is every level above it. One number tells which levels
-// those are: all down to failedLevel that are still open, for a level that ends failed fails the one
-// above it.
-uint32_t writeSubtree(const Writer &writer, const XML_DOM_Node *top,
-                      XML_DOM_TranslateState *state) {
+// those are: all down to failedLevel that are still open, for a level that ends failed fails the
+// one above it.
+template <class Writer>
+uint32_t writeSubtree(Writer &writer, const XML_DOM_Node *top, XML_DOM_TranslateState *state) {
     uint32_t sum = XML_OK;
     uint64_t level = 1;
     uint64_t failedLevel = 0;
@@ -214,7 +281,8 @@ uint32_t writeSubtree(const Writer &writer, const XML_DOM_Node *top,
     }
 }
 
-uint32_t writeChildren(const Writer &writer, const XML_DOM_Node *node) {
+template <class Writer>
+uint32_t writeChildren(Writer &writer, const XML_DOM_Node *node) {
     uint32_t sum = XML_OK;
     for (const XML_DOM_Node *child = node->firstChild; child && sum == XML_OK;
          child = child->nextSibling) {
@@ -227,7 +295,8 @@ bool wantsDeclaration(const XML_DOM_Node *node, uint32_t flags) {
     return node->docInfo && !(flags & XML_DOM_NO_DECLARATION);
 }
 
-uint32_t writeDocument(const Writer &writer, const XML_DOM_Node *node, uint32_t flags,
+template <class Writer>
+uint32_t writeDocument(Writer &writer, const XML_DOM_Node *node, uint32_t flags,
                        XML_DOM_TranslateState *state) {
     uint32_t sum = XML_OK;
     if (wantsDeclaration(node, flags)) sum = writeDeclaration(writer, node->docInfo);
@@ -240,17 +309,15 @@ OutStreamOwner newStreamFor(const XML_DOM_Node *node) {
         kTreeEncoding, encoding == XML_ENCODING_UNKNOWN ? XML_ENCODING_UTF_8 : encoding)};
 }
 
-uint32_t appendToStream(void *stream, const char *bytes, uint32_t length) {
-    return XML_IO_OutStreamAppend(static_cast<XML_IO_OutStream *>(stream), bytes, length);
-}
-
 // Hands what body writes over in a buffer of its own, closed by a NUL that does not count.
 template <class Body>
 uint32_t writeToBuffer(const XML_DOM_Node *node, char **bufferOut, uint32_t *lengthOut,
                        const Body &body) {
     const OutStreamOwner stream = newStreamFor(node);
     if (!stream) return XML_REFUSED;
-    uint32_t result = body(Writer{appendToStream, stream.get()});
+    StreamWriter writer{stream.get()};
+    uint32_t result = body(writer);
+    result = plus(result, writer.flush());
     uint32_t length = 0;
     XML_IO_MemOutStreamGetBuf(stream.get(), &length);
     result = plus(result, XML_IO_OutStreamAppend(stream.get(), "", 1));
@@ -286,14 +353,15 @@ using namespace cxml;
 
 uint32_t XML_OutTextString(const char *text, XML_WriteFn write, void *context) noexcept {
     if (!text || !write) return XML_REFUSED;
-    return writeText(Writer{write, context}, text);
+    FunctionWriter writer{write, context};
+    return writeText(writer, text);
 }
 
 char *XML_DOM_NodeBegin2Str(const XML_DOM_Node *node, uint32_t flags,
                             uint32_t *lengthOut) noexcept {
     if (!node) return nullptr;
     char *buffer = nullptr;
-    writeToBuffer(node, &buffer, lengthOut, [&](const Writer &writer) {
+    writeToBuffer(node, &buffer, lengthOut, [&](StreamWriter &writer) {
         uint32_t sum = XML_OK;
         if (wantsDeclaration(node, flags)) sum = writeDeclaration(writer, node->docInfo);
         return plus(sum, writeBegin(writer, node, Tags::kPair, nullptr));
@@ -304,7 +372,7 @@ char *XML_DOM_NodeBegin2Str(const XML_DOM_Node *node, uint32_t flags,
 char *XML_DOM_NodeEnd2Str(const XML_DOM_Node *node, uint32_t *lengthOut) noexcept {
     if (!node) return nullptr;
     char *buffer = nullptr;
-    writeToBuffer(node, &buffer, lengthOut, [&](const Writer &writer) {
+    writeToBuffer(node, &buffer, lengthOut, [&](StreamWriter &writer) {
         return writeEnd(writer, node, Tags::kPair, nullptr);
     });
     return buffer;
@@ -319,7 +387,7 @@ uint32_t XML_DOM_TranslateStrEx(const XML_DOM_Node *node, uint32_t flags,
                                 XML_DOM_TranslateState *state, char **bufferOut,
                                 uint32_t *lengthOut) noexcept {
     if (!node || !bufferOut) return XML_REFUSED;
-    return writeToBuffer(node, bufferOut, lengthOut, [&](const Writer &writer) {
+    return writeToBuffer(node, bufferOut, lengthOut, [&](StreamWriter &writer) {
         return writeDocument(writer, node, flags, state);
     });
 }
@@ -328,7 +396,7 @@ uint32_t XML_DOM_TranslateStr4AllChild(const XML_DOM_Node *node, char **bufferOu
                                        uint32_t *lengthOut) noexcept {
     if (!node || !bufferOut) return XML_REFUSED;
     return writeToBuffer(node, bufferOut, lengthOut,
-                         [&](const Writer &writer) { return writeChildren(writer, node); });
+                         [&](StreamWriter &writer) { return writeChildren(writer, node); });
 }
 
 uint32_t XML_DOM_OutPutTranslateStr(const XML_DOM_Node *node, uint32_t flags, XML_WriteFn sink,
@@ -337,5 +405,6 @@ uint32_t XML_DOM_OutPutTranslateStr(const XML_DOM_Node *node, uint32_t flags, XM
     const OutStreamOwner stream = newStreamFor(node);
     if (!stream) return XML_REFUSED;
     Sink adapter{stream.get(), sink, sinkContext};
-    return writeDocument(Writer{XML_DOM_SinkWrite, &adapter}, node, flags, nullptr);
+    FunctionWriter writer{XML_DOM_SinkWrite, &adapter};
+    return writeDocument(writer, node, flags, nullptr);
 }

@@ -26,8 +26,10 @@
 
 #if defined(__GNUC__) || defined(__clang__)
 #define COMPACTXML_API __attribute__((visibility("default")))
+#define COMPACTXML_PRINTF(format, first) __attribute__((__format__(__printf__, format, first)))
 #else
 #define COMPACTXML_API
+#define COMPACTXML_PRINTF(format, first)
 #endif
 
 #ifdef __cplusplus
@@ -682,6 +684,7 @@ COMPACTXML_API void XML_SAX_CData(XML_Parser_Ctx *context, const char *text,
 COMPACTXML_API void XML_SAX_EndDocument(XML_Parser_Ctx *context) COMPACTXML_NOEXCEPT;
 
 /* Formats the message into the caller's error buffer and frees the partial tree. */
+COMPACTXML_PRINTF(2, 3)
 COMPACTXML_API void XML_SAX_Error(XML_Parser_Ctx *context, const char *format,
                                   ...) COMPACTXML_NOEXCEPT;
 

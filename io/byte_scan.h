@@ -20,9 +20,9 @@ namespace cxml {
 
 using Byte = unsigned char;
 
-// Eight bytes in a word. A comparison sets the top bit of each byte that matches, and, since borrows
-// run upwards, perhaps of bytes above the lowest match: only the lowest is exact, which is why
-// big-endian machines use the plain loop.
+// Eight bytes in a word. A comparison sets the top bit of each byte that matches, and, since
+// borrows run upwards, perhaps of bytes above the lowest match: only the lowest is exact, which is
+// why big-endian machines use the plain loop.
 struct WordBlock {
     static constexpr std::size_t kBytes = 8;
     static constexpr std::uint64_t repeat(Byte b) { return 0x0101010101010101u * b; }
@@ -52,6 +52,7 @@ struct WordBlock {
 #if defined(__SSE2__)
 struct VectorBlock {
     static constexpr std::size_t kBytes = 16;
+    static constexpr std::uint32_t kAll = 0xFFFF;  // the mask in which every byte matches
 
     __m128i bytes;
 
@@ -61,12 +62,16 @@ struct VectorBlock {
     std::uint32_t equal(Byte b) const {
         return mask(_mm_cmpeq_epi8(bytes, _mm_set1_epi8(static_cast<char>(b))));
     }
-    std::uint32_t notEqual(Byte b) const { return equal(b) ^ 0xFFFFu; }
+    std::uint32_t notEqual(Byte b) const { return kAll ^ equal(b); }
     // Signed, bytes from 0x80 up are negative and so below 0x20 as well.
-    std::uint32_t controlOrHigh() const {
-        return mask(_mm_cmplt_epi8(bytes, _mm_set1_epi8(0x20)));
-    }
+    std::uint32_t controlOrHigh() const { return mask(_mm_cmplt_epi8(bytes, _mm_set1_epi8(0x20))); }
     std::uint32_t high() const { return mask(bytes); }
+    std::uint32_t inRange(Byte first, Byte last) const {
+        const __m128i above = _mm_sub_epi8(bytes, _mm_set1_epi8(static_cast<char>(first)));
+        const __m128i most = _mm_set1_epi8(static_cast<char>(last - first));
+        return mask(_mm_cmpeq_epi8(_mm_min_epu8(above, most), above));
+    }
+    VectorBlock lowered() const { return {_mm_or_si128(bytes, _mm_set1_epi8(0x20))}; }
     static std::uint32_t mask(__m128i comparison) {
         return static_cast<std::uint32_t>(_mm_movemask_epi8(comparison));
     }
@@ -78,18 +83,22 @@ using WideBlock = VectorBlock;
 #elif defined(__ARM_NEON) && defined(__aarch64__)
 struct VectorBlock {
     static constexpr std::size_t kBytes = 16;
+    static constexpr std::uint64_t kAll = ~std::uint64_t{0};  // every byte matches
 
     uint8x16_t bytes;
 
     static VectorBlock load(const Byte *p) { return {vld1q_u8(p)}; }
     std::uint64_t equal(Byte b) const { return mask(vceqq_u8(bytes, vdupq_n_u8(b))); }
-    std::uint64_t notEqual(Byte b) const { return ~equal(b); }
+    std::uint64_t notEqual(Byte b) const { return kAll ^ equal(b); }
     std::uint64_t controlOrHigh() const {
         return mask(vcltq_s8(vreinterpretq_s8_u8(bytes), vdupq_n_s8(0x20)));
     }
-    std::uint64_t high() const {
-        return mask(vcltzq_s8(vreinterpretq_s8_u8(bytes)));
+    std::uint64_t high() const { return mask(vcltzq_s8(vreinterpretq_s8_u8(bytes))); }
+    std::uint64_t inRange(Byte first, Byte last) const {
+        return mask(vcleq_u8(vsubq_u8(bytes, vdupq_n_u8(first)),
+                             vdupq_n_u8(static_cast<Byte>(last - first))));
     }
+    VectorBlock lowered() const { return {vorrq_u8(bytes, vdupq_n_u8(0x20))}; }
     // Four bits for each byte, in memory order.
     static std::uint64_t mask(uint8x16_t comparison) {
         const uint8x8_t narrowed = vshrn_n_u16(vreinterpretq_u16_u8(comparison), 4);
@@ -115,7 +124,8 @@ struct AnyOf {
     static constexpr bool inByte(Byte b) { return ((b == kBytes) || ...); }
 };
 
-// A control byte (line breaks and tabs among them), a byte of a multibyte character, or one of these.
+// A control byte (line breaks and tabs among them), a byte of a multibyte character, or one of
+// these.
 template <Byte... kBytes>
 struct NotPlainOr {
     template <class Block>
@@ -151,8 +161,14 @@ const Byte *scanPlainly(const Byte *p, const Byte *end) noexcept {
 }
 
 template <class Stop, class Block>
+concept AsksBlock = requires(const Block &block) {
+    Stop::inBlock(block);
+};
+
+template <class Stop, class Block>
 const Byte *scanBlocks(const Byte *p, const Byte *end) noexcept {
-    if constexpr (Block::kBytes != 8 || std::endian::native == std::endian::little) {
+    if constexpr (AsksBlock<Stop, Block> &&
+                  (Block::kBytes != 8 || std::endian::native == std::endian::little)) {
         for (; static_cast<std::size_t>(end - p) >= Block::kBytes; p += Block::kBytes) {
             const auto mask = Stop::inBlock(Block::load(p));
             if (mask) return p + Block::lowest(mask);

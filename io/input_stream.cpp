@@ -21,7 +21,8 @@ enum class SourceKind : std::uint8_t { kMemory, kFile, kList };
 // The main buffer is the caller's memory for a memory stream that does not convert; while one
 // converts, that memory is the raw buffer:
 //
-//   source ──readFn──▶ [rawBase .. rawMark .. rawEnd] ──iconv──▶ [base .. mark .. cur .. end] ──▶ parser
+//   source ──readFn──▶ [rawBase .. rawMark .. rawEnd] ──iconv──▶ [base .. mark .. cur .. end] ──▶
+//   parser
 //                        not yet converted                         kept        unread
 struct InStream : XML_IO_InStream {
     SourceKind kind;
@@ -83,8 +84,8 @@ uint32_t readFile(uintptr_t source, uint32_t count, unsigned char *destination) 
     uint32_t total = 0;
     // A pipe may give less than it was asked for long before its end.
     while (total < count) {
-        const ssize_t got = read(fd, destination + total,
-                                 std::min<std::size_t>(count - total, kMostAtOnce));
+        const ssize_t got =
+            read(fd, destination + total, std::min<std::size_t>(count - total, kMostAtOnce));
         if (got <= 0) break;  // Intended: an error is the end of the input
         total += static_cast<uint32_t>(got);
     }
@@ -115,14 +116,13 @@ uint32_t refillRaw(InStream *stream) {
     stream->rawMark = stream->rawCur = stream->rawBase;
     stream->rawEnd = stream->rawBase + left;
     if (left == stream->rawCapacity) return 0;
-    const uint32_t got =
-        stream->readFn(stream->source, stream->rawCapacity - left, stream->rawEnd);
+    const uint32_t got = stream->readFn(stream->source, stream->rawCapacity - left, stream->rawEnd);
     stream->rawEnd += got;
     return got;
 }
 
-// Converts what the main buffer has room for. Returns how many bytes that added; 0 means that nothing
-// more can come, or, with state 2, that memory is exhausted.
+// Converts what the main buffer has room for. Returns how many bytes that added; 0 means that
+// nothing more can come, or, with state 2, that memory is exhausted.
 uint32_t convertMore(InStream *stream) {
     uint32_t added = 0;
     for (;;) {
@@ -183,7 +183,8 @@ uint32_t startConversion(InStream *stream, uint32_t encoding) {
 
     uint32_t capacity = 0;
     unsigned char *block = nullptr;
-    if (roundUp(kept + unread, &capacity)) block = static_cast<unsigned char *>(std::malloc(capacity));
+    if (roundUp(kept + unread, &capacity))
+        block = static_cast<unsigned char *>(std::malloc(capacity));
     if (!block) {
         closeConverter(converter);
         return kMemoryFailure;
@@ -278,17 +279,21 @@ uint32_t stopConversion(InStream *stream) {
 }
 
 // Whether a name with the byte order left open is about what the converter reads already. A byte
-// order mark or the first character has told the order; starting anew behind the mark would lose it.
+// order mark or the first character has told the order; starting anew behind the mark would lose
+// it.
 bool isSameWithoutByteOrder(uint32_t present, uint32_t declared) {
     switch (present) {
         case XML_ENCODING_UTF_16LE:
-        case XML_ENCODING_UTF_16BE: return declared == XML_ENCODING_UTF_16;
+        case XML_ENCODING_UTF_16BE:
+            return declared == XML_ENCODING_UTF_16;
         case XML_ENCODING_UTF_32LE:
         case XML_ENCODING_UTF_32BE:
             return declared == XML_ENCODING_UTF_32 || declared == XML_ENCODING_UCS_4;
         case XML_ENCODING_UCS_4BE:
-        case XML_ENCODING_UCS_4LE: return declared == XML_ENCODING_UCS_4;
-        default: return false;
+        case XML_ENCODING_UCS_4LE:
+            return declared == XML_ENCODING_UCS_4;
+        default:
+            return false;
     }
 }
 
@@ -457,8 +462,14 @@ int XML_IO_Strncasecmp(const XML_IO_InStream *stream, const char *s, uint32_t n)
     return equalIgnoringCase(reinterpret_cast<const char *>(stream->cur), s, compared) ? 1 : 0;
 }
 
-void XML_IO_DestroyByMem(XML_IO_InStream *stream) noexcept { destroy(stream); }
+void XML_IO_DestroyByMem(XML_IO_InStream *stream) noexcept {
+    destroy(stream);
+}
 
-void XML_IO_DestroyByFile(XML_IO_InStream *stream) noexcept { destroy(stream); }
+void XML_IO_DestroyByFile(XML_IO_InStream *stream) noexcept {
+    destroy(stream);
+}
 
-void XML_IO_DestroyByMemList(XML_IO_InStream *stream) noexcept { destroy(stream); }
+void XML_IO_DestroyByMemList(XML_IO_InStream *stream) noexcept {
+    destroy(stream);
+}

@@ -16,8 +16,8 @@ enum StreamState : std::uint32_t {
     kConversionFailure = 4,
 };
 
-// XML_IO_Grow refills a buffer with fewer unread bytes than this. More than the longest literal that
-// the parser looks for.
+// XML_IO_Grow refills a buffer with fewer unread bytes than this. More than the longest literal
+// that the parser looks for.
 inline constexpr std::uint32_t kReadAhead = 64;
 
 }  // namespace cxml

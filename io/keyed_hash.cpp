@@ -35,7 +35,8 @@ struct SipState {
 }  // namespace
 
 void KeyedHash::drawKey() noexcept {
-    // Without random numbers, what an attacker on the wire can hardly know: an address and the clock.
+    // Without random numbers, what an attacker on the wire can hardly know: an address and the
+    // clock.
     if (getrandom(key_, sizeof key_, GRND_NONBLOCK) != static_cast<ssize_t>(sizeof key_)) {
         timespec now{};
         clock_gettime(CLOCK_MONOTONIC, &now);

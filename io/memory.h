@@ -12,7 +12,9 @@ namespace cxml {
 // A new block of length + 1 bytes: the bytes and a NUL. Null for exhausted memory.
 char *copyBytes(const char *bytes, std::size_t length) noexcept;
 
-inline char *copyString(const char *text) noexcept { return copyBytes(text, std::strlen(text)); }
+inline char *copyString(const char *text) noexcept {
+    return copyBytes(text, std::strlen(text));
+}
 
 // Copies as much of text as fits into size bytes, NUL included; writes nothing for a size of 0.
 void copyBounded(char *destination, std::size_t size, const char *text) noexcept;
@@ -41,6 +43,10 @@ class GrowingArray {
     T &back() noexcept { return data_[size_ - 1]; }
     void truncate(std::size_t size) noexcept { size_ = size; }
     bool allocated() const noexcept { return data_ != nullptr; }
+
+    // Where the next element goes, and taking in elements that have been written there.
+    T *tail() noexcept { return data_ + size_; }
+    void extend(std::size_t count) noexcept { size_ += count; }
 
     // Makes room for count more elements.
     [[nodiscard]] bool reserve(std::size_t count) noexcept {

@@ -33,13 +33,18 @@ AsciiForm asciiForm(uint32_t source, uint32_t target) {
     if (!isAsciiCompatible(source)) return {0, false};
     if (isAsciiCompatible(target)) return {1, false};
     switch (target) {
-        case XML_ENCODING_UTF_16LE: return {2, false};
-        case XML_ENCODING_UTF_16BE: return {2, true};
+        case XML_ENCODING_UTF_16LE:
+            return {2, false};
+        case XML_ENCODING_UTF_16BE:
+            return {2, true};
         case XML_ENCODING_UTF_32LE:
-        case XML_ENCODING_UCS_4LE: return {4, false};
+        case XML_ENCODING_UCS_4LE:
+            return {4, false};
         case XML_ENCODING_UTF_32BE:
-        case XML_ENCODING_UCS_4BE: return {4, true};
-        default: return {0, false};  // a byte order mark, or an order that the platform chooses
+        case XML_ENCODING_UCS_4BE:
+            return {4, true};
+        default:
+            return {0, false};  // a byte order mark, or an order that the platform chooses
     }
 }
 
@@ -175,8 +180,8 @@ uint32_t XML_IO_ConvertAndWrite(OutStream *stream, const char *bytes, uint32_t l
     return writeConverted(stream, bytes, length, safe);
 }
 
-// Completes the character whose first bytes are held back with the first of the new bytes, and tells
-// how many of them it used.
+// Completes the character whose first bytes are held back with the first of the new bytes, and
+// tells how many of them it used.
 uint32_t XML_IO_FlushPending(OutStream *stream, const char *bytes, uint32_t length,
                              uint32_t *used) {
     const uint32_t room = 4 - stream->pendingCount;
@@ -203,7 +208,8 @@ uint32_t XML_IO_FlushPending(OutStream *stream, const char *bytes, uint32_t leng
     } else {
         return XML_REFUSED;
     }
-    return stream->sink(stream->target, chunk, static_cast<uint32_t>(sizeof chunk - span.outputLeft));
+    return stream->sink(stream->target, chunk,
+                        static_cast<uint32_t>(sizeof chunk - span.outputLeft));
 }
 
 uint32_t appendBytes(XML_IO_OutStream *record, const char *bytes, uint32_t length, bool safe) {

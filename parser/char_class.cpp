@@ -40,9 +40,13 @@ static_assert(tableAgrees());
 
 }  // namespace
 
-bool XML_Parser_IsLegalChar(CodePoint c) noexcept { return isIn(kLegalRanges, c); }
+bool XML_Parser_IsLegalChar(CodePoint c) noexcept {
+    return isIn(kLegalRanges, c);
+}
 
-bool XML_Parser_IsNameStartChar(CodePoint c) noexcept { return isIn(kNameStartRanges, c); }
+bool XML_Parser_IsNameStartChar(CodePoint c) noexcept {
+    return isIn(kNameStartRanges, c);
+}
 
 bool XML_Parser_IsNameChar(CodePoint c) noexcept {
     return isIn(kNameStartRanges, c) || isIn(kNameMoreRanges, c);

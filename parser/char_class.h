@@ -8,7 +8,7 @@
 
 namespace cxml {
 
-using CodePoint = std::int32_t;             // kNoChar when the bytes at hand form none
+using CodePoint = std::int32_t;  // kNoChar when the bytes at hand form none
 inline constexpr CodePoint kNoChar = -1;
 
 // These three are false for kNoChar.
@@ -16,7 +16,9 @@ bool XML_Parser_IsLegalChar(CodePoint c) noexcept;      // XML 1.0, 2.2
 bool XML_Parser_IsNameStartChar(CodePoint c) noexcept;  // without the colon
 bool XML_Parser_IsNameChar(CodePoint c) noexcept;       // without the colon
 
-constexpr bool XML_Parser_IsBlank(int c) { return c == ' ' || c == '\n' || c == '\r' || c == '\t'; }
+constexpr bool XML_Parser_IsBlank(int c) {
+    return c == ' ' || c == '\n' || c == '\r' || c == '\t';
+}
 
 // 0 to 15, or 16 for what is no hexadecimal digit.
 constexpr unsigned XML_Parser_HexValue(int c) {
@@ -39,9 +41,19 @@ consteval std::array<std::uint8_t, 256> makeNameClasses() {
 }
 inline constexpr std::array<std::uint8_t, 256> kNameClass = makeNameClasses();
 
+struct NotAsciiNameChar {
+    // Words have no cheap question about a range: there the bytes are looked at one by one.
+    template <class Block>
+    requires requires(const Block &block) { block.inRange('a', 'z'); }
+    static auto inBlock(const Block &block) {
+        return Block::kAll ^ (block.lowered().inRange('a', 'z') | block.inRange('0', '9') |
+                              block.inRange('-', '.') | block.equal('_'));
+    }
+    static constexpr bool inByte(Byte b) { return (kNameClass[b] & kNamePart) == 0; }
+};
+
 inline const Byte *skipAsciiNameChars(const Byte *p, const Byte *end) noexcept {
-    while (p != end && (kNameClass[*p] & kNamePart)) ++p;
-    return p;
+    return scanFor<NotAsciiNameChar>(p, end);
 }
 
 }  // namespace cxml

@@ -22,8 +22,8 @@ Code endElement(Parser *parser) {
 }
 
 // Passes over exactly these bytes, or over nothing if something else follows. The bytes are name
-// characters, of which more may come than the stream keeps ahead: then they are compared one by one,
-// with refilling, and the position is put back on a difference.
+// characters, of which more may come than the stream keeps ahead: then they are compared one by
+// one, with refilling, and the position is put back on a difference.
 bool passName(Parser *parser, const char *bytes, std::size_t length) {
     XML_IO_InStream *input = parser->input;
     const auto buffered = static_cast<std::size_t>(input->end - input->cur);

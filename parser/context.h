@@ -32,7 +32,9 @@ struct QName {
     std::uint32_t prefixLength;  // 0 without a prefix
     std::uint32_t localLength;
 
-    const char *prefix(const char *buffer) const { return prefixLength != 0 ? buffer + at : nullptr; }
+    const char *prefix(const char *buffer) const {
+        return prefixLength != 0 ? buffer + at : nullptr;
+    }
     const char *local(const char *buffer) const {
         return buffer + at + (prefixLength != 0 ? prefixLength + std::size_t{1} : 0);
     }
@@ -40,24 +42,24 @@ struct QName {
 
 // An element whose end tag has not been read.
 struct OpenElement {
-    QName name;                // in openNames
-    std::size_t bindings;      // in scope before it
-    XML_Parser_Ns *binding;    // of its own prefix, or the default one; may be null
+    QName name;              // in openNames
+    std::size_t bindings;    // in scope before it
+    XML_Parser_Ns *binding;  // of its own prefix, or the default one; may be null
 };
 
 // Everything a parse needs beyond what callbacks see. Buffers are emptied, not freed, between uses,
 // so a parse in full swing allocates nothing.
 struct Parser : XML_Parser_Ctx {
-    ByteBuffer openNames;                     // the names of the open elements, end to end
+    ByteBuffer openNames;  // the names of the open elements, end to end
     GrowingArray<OpenElement> open;
-    ByteBuffer scratch;                       // a text, a comment, an instruction; a tag's values
-    ByteBuffer tagNames;                      // a tag's attribute names
+    ByteBuffer scratch;   // a text, a comment, an instruction; a tag's values
+    ByteBuffer tagNames;  // a tag's attribute names
     GrowingArray<XML_Parser_Attr> tagAttributes;
     GrowingArray<const char *> attributeArgs;
     GrowingArray<const char *> declarationArgs;
     GrowingArray<std::uint32_t> attributeTable;  // for finding duplicates among many
     NamespaceScope scope;
-    XML_Parser_Ns xmlBinding;                 // what "xml" is bound to where nobody declares it
+    XML_Parser_Ns xmlBinding;  // what "xml" is bound to where nobody declares it
 };
 
 }  // namespace cxml

@@ -5,22 +5,31 @@ namespace {
 
 constexpr std::uint8_t kLeadMask[4] = {0x1F, 0x1F, 0x0F, 0x07};
 
-constexpr bool isContinuation(Byte b) { return (b & 0xC0) == 0x80; }
+constexpr bool isContinuation(Byte b) {
+    return (b & 0xC0) == 0x80;
+}
 
 // Some first bytes leave only part of the second byte's range: what lies outside is overlong, a
 // surrogate or above 10FFFF.
 constexpr bool isSecondByte(Byte first, Byte second) {
     switch (first) {
-        case 0xE0: return second >= 0xA0 && second <= 0xBF;
-        case 0xED: return second >= 0x80 && second <= 0x9F;
-        case 0xF0: return second >= 0x90 && second <= 0xBF;
-        case 0xF4: return second >= 0x80 && second <= 0x8F;
-        default: return isContinuation(second);
+        case 0xE0:
+            return second >= 0xA0 && second <= 0xBF;
+        case 0xED:
+            return second >= 0x80 && second <= 0x9F;
+        case 0xF0:
+            return second >= 0x90 && second <= 0xBF;
+        case 0xF4:
+            return second >= 0x80 && second <= 0x8F;
+        default:
+            return isContinuation(second);
     }
 }
 
 // Three bytes whose value is legal whatever the last two are: E1 to EC, and EE.
-constexpr bool isPlainThreeByteLead(Byte b) { return (b >= 0xE1 && b <= 0xEC) || b == 0xEE; }
+constexpr bool isPlainThreeByteLead(Byte b) {
+    return (b >= 0xE1 && b <= 0xEC) || b == 0xEE;
+}
 
 std::size_t encodeUtf8(CodePoint c, char *bytes) {
     const auto tail = [c](int shift) { return static_cast<char>(0x80 | (c >> shift & 0x3F)); };
@@ -126,7 +135,7 @@ void XML_Parser_NextChar(Parser *parser, Keep keep) noexcept {
     refill(parser, keep);
 }
 
-void XML_Parser_SkipBlanks(Parser *parser, Keep keep) noexcept {
+void skipBlankRun(Parser *parser, Keep keep) noexcept {
     XML_IO_InStream *input = parser->input;
     for (;;) {
         const Byte *const start = input->cur;
@@ -170,9 +179,7 @@ ErrorCode XML_Parser_ReadName(Parser *parser, ByteBuffer *into) noexcept {
         refill(parser, Keep::kMark);
     }
     const auto length = static_cast<std::size_t>(input->cur - input->mark);
-    if (!into->reserve(length + 1)) return kNoMemory;
-    const bool appended = into->append(reinterpret_cast<const char *>(input->mark), length) &&
-                          into->append('\0');
+    const bool appended = appendRun(into, input->mark, length, input) && into->append('\0');
     return appended ? kAccepted : kNoMemory;
 }
 

@@ -1,7 +1,7 @@
 // parser/lexer.h - characters, white space, names and references at the read position.
 //
-// Functions that can fail return a code of messages.h. On failure the read position, line and column
-// stand where the message is to point.
+// Functions that can fail return a code of messages.h. On failure the read position, line and
+// column stand where the message is to point.
 //
 // The stream wants a refill after each character that leaves fewer than 64 bytes ahead. While more
 // are ahead nothing can happen, so a run is taken in one step up to there, and one character a step
@@ -28,12 +28,18 @@ enum class Keep {
 
 inline constexpr std::ptrdiff_t kSnippetBefore = 32;  // bytes shown before an error
 
-inline bool atEnd(const Parser *parser) { return parser->input->cur == parser->input->end; }
+inline bool atEnd(const Parser *parser) {
+    return parser->input->cur == parser->input->end;
+}
 
 // The byte at the read position, or -1 at the end of the input.
-inline int peek(const Parser *parser) { return atEnd(parser) ? -1 : *parser->input->cur; }
+inline int peek(const Parser *parser) {
+    return atEnd(parser) ? -1 : *parser->input->cur;
+}
 
-inline bool isBlankNext(const Parser *parser) { return XML_Parser_IsBlank(peek(parser)); }
+inline bool isBlankNext(const Parser *parser) {
+    return XML_Parser_IsBlank(peek(parser));
+}
 
 // Whether a literal follows.
 template <std::size_t kSize>
@@ -43,7 +49,8 @@ bool follows(const Parser *parser, const char (&literal)[kSize]) {
            std::memcmp(input->cur, literal, kSize - 1) == 0;
 }
 
-// Line and column count in unsigned: a document of 4 GB wraps them, which is no undefined behaviour.
+// Line and column count in unsigned: a document of 4 GB wraps them, which is no undefined
+// behaviour.
 inline void addColumns(Parser *parser, std::size_t count) {
     parser->column = static_cast<std::int32_t>(static_cast<std::uint32_t>(parser->column) +
                                                static_cast<std::uint32_t>(count));
@@ -78,10 +85,12 @@ inline void skipAscii(Parser *parser, std::size_t count, Keep keep = Keep::kSnip
     refill(parser, keep);
 }
 
-// How many bytes a character takes, by bits 4 and 5 of its first byte. Intended: bytes that begin no
-// character have a length too.
+// How many bytes a character takes, by bits 4 and 5 of its first byte. Intended: bytes that begin
+// no character have a length too.
 inline constexpr std::uint8_t kCharLength[4] = {2, 2, 3, 4};
-inline std::size_t multibyteLength(Byte first) { return kCharLength[first >> 4 & 3]; }
+inline std::size_t multibyteLength(Byte first) {
+    return kCharLength[first >> 4 & 3];
+}
 
 // The character at p, or kNoChar. Intended: C0, C1 and F8 to FF pass as first bytes; the legality
 // of the value decides.
@@ -94,7 +103,10 @@ inline CodePoint XML_Parser_CurrentChar(const Parser *parser) {
 void XML_Parser_NextChar(Parser *parser, Keep keep) noexcept;
 
 // Passes over spaces, tabs, CR and LF.
-void XML_Parser_SkipBlanks(Parser *parser, Keep keep) noexcept;
+void skipBlankRun(Parser *parser, Keep keep) noexcept;
+inline void XML_Parser_SkipBlanks(Parser *parser, Keep keep) {
+    if (isBlankNext(parser)) skipBlankRun(parser, keep);
+}
 
 // Reads a name and appends it to a buffer, with a NUL. Moves the mark to its first character.
 ErrorCode XML_Parser_ReadName(Parser *parser, ByteBuffer *into) noexcept;
@@ -105,7 +117,23 @@ ErrorCode XML_Parser_ReadQName(Parser *parser, ByteBuffer *into, QName *name) no
 // Reads the reference that follows and appends the character it stands for.
 ErrorCode readReference(Parser *parser, ByteBuffer *into) noexcept;
 
-// Passes over a line break or a tab at p, counting it, and returns what follows. p is in the buffer.
+// Appends bytes of the input buffer and leaves room for a NUL. Most runs are short: 16 bytes in one
+// step cost less than finding out how many there are, as long as they may be read.
+inline bool appendRun(ByteBuffer *into, const Byte *from, std::size_t length,
+                      const XML_IO_InStream *input) noexcept {
+    constexpr std::size_t kStep = 16;
+    if (!into->reserve((length > kStep ? length : kStep) + 1)) return false;
+    if (length <= kStep && input->end - from >= static_cast<std::ptrdiff_t>(kStep)) {
+        std::memcpy(into->tail(), from, kStep);
+    } else {
+        std::memcpy(into->tail(), from, length);
+    }
+    into->extend(length);
+    return true;
+}
+
+// Passes over a line break or a tab at p, counting it, and returns what follows. p is in the
+// buffer.
 inline const Byte *passBlankControl(Parser *parser, const Byte *p, const Byte *end) {
     const Byte b = *p++;
     // CR LF is one line break, counted at the LF.
@@ -156,7 +184,7 @@ ErrorCode takeUntil(Parser *parser, Keep keep, ByteBuffer *into) noexcept {
             }
         }
         const auto length = static_cast<std::size_t>(p - start);
-        if (into && !into->append(reinterpret_cast<const char *>(start), length)) return kNoMemory;
+        if (into && !appendRun(into, start, length, input)) return kNoMemory;
         input->cur += length;
         // Unless a character was passed there is nothing to refill for.
         if (length != 0) refill(parser, keep);

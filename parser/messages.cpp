@@ -8,7 +8,8 @@ struct Message {
     const char *text;
 };
 
-// Searched in this order. Texts are matched by programs: they stay as they are, odd letters included.
+// Searched in this order. Texts are matched by programs: they stay as they are, odd letters
+// included.
 constexpr Message XML_Parser_Messages[] = {
     {2, "memory allocation failed."},
     {72, "start tag expected, '<' not found."},

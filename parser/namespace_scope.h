@@ -44,8 +44,8 @@ class NamespaceScope {
     NamespaceScope &operator=(const NamespaceScope &) = delete;
     ~NamespaceScope() { pop(0); }
 
-    // Binds a prefix (null or empty for the default namespace) with copies of both strings. Null for
-    // exhausted memory.
+    // Binds a prefix (null or empty for the default namespace) with copies of both strings. Null
+    // for exhausted memory.
     XML_Parser_Ns *push(const char *prefix, const char *namespaceName) noexcept;
     // Ends the newest bindings until so many are left.
     void pop(std::size_t count) noexcept;

@@ -58,19 +58,25 @@ Code parseDocument(Parser *parser) {
 // A failure of the stream explains whatever went wrong after it.
 Code streamFailure(const XML_IO_InStream *input) {
     switch (input->state) {
-        case kMemoryFailure: return kNoMemory;
-        case kUnsupportedEncoding: return kUnsupported;
-        case kConversionFailure: return kConversionFailed;
-        default: return kAccepted;
+        case kMemoryFailure:
+            return kNoMemory;
+        case kUnsupportedEncoding:
+            return kUnsupported;
+        case kConversionFailure:
+            return kConversionFailed;
+        default:
+            return kAccepted;
     }
 }
 
-bool beginsCharacter(Byte b) { return b < 0x80 || b >= 0xC0; }
+bool beginsCharacter(Byte b) {
+    return b < 0x80 || b >= 0xC0;
+}
 
 // The part of the document around the read position, in whole characters.
 void copySnippet(const XML_IO_InStream *input, char (&snippet)[kSnippetSize]) {
-    const Byte *from = input->cur - input->base > kSnippetBefore ? input->cur - kSnippetBefore
-                                                                 : input->base;
+    const Byte *from =
+        input->cur - input->base > kSnippetBefore ? input->cur - kSnippetBefore : input->base;
     while (from != input->end && !beginsCharacter(*from)) ++from;
     auto length = static_cast<std::size_t>(input->end - from);
     if (length > kSnippetSize - 1) length = kSnippetSize - 1;

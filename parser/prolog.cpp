@@ -7,7 +7,9 @@ namespace {
 
 constexpr char kVersion[] = "1.0";
 
-void skipBlanksInDeclaration(Parser *parser) { XML_Parser_SkipBlanks(parser, Keep::kMark); }
+void skipBlanksInDeclaration(Parser *parser) {
+    XML_Parser_SkipBlanks(parser, Keep::kMark);
+}
 
 // Reads white space, "=", white space and a quote, which it hands back.
 Code readEqualsAndQuote(Parser *parser, int *quote) {
@@ -97,10 +99,8 @@ struct FirstBytes {
 
 // "<?xm" and its beginnings in the encodings that do not begin every document with ASCII.
 constexpr FirstBytes kFirstBytes[] = {
-    {{'<', '?', 'x', 'm'}, XML_ENCODING_UTF_8},
-    {{'<', 0, '?', 0}, XML_ENCODING_UTF_16LE},
-    {{0, '<', 0, '?'}, XML_ENCODING_UTF_16BE},
-    {{'<', 0, 0, 0}, XML_ENCODING_UTF_32LE},
+    {{'<', '?', 'x', 'm'}, XML_ENCODING_UTF_8}, {{'<', 0, '?', 0}, XML_ENCODING_UTF_16LE},
+    {{0, '<', 0, '?'}, XML_ENCODING_UTF_16BE},  {{'<', 0, 0, 0}, XML_ENCODING_UTF_32LE},
     {{0, 0, 0, '<'}, XML_ENCODING_UTF_32BE},
 };
 

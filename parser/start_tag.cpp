@@ -10,7 +10,8 @@ namespace {
 // Up to so many attributes are compared pair by pair, more are looked up in a table.
 constexpr std::size_t kComparedInPairs = 8;
 
-// What a prefix is bound to; null if it is not. A name without a prefix is in the default namespace.
+// What a prefix is bound to; null if it is not. A name without a prefix is in the default
+// namespace.
 XML_Parser_Ns *XML_Parser_LookupNamespace(Parser *parser, const char *prefix, std::size_t length) {
     XML_Parser_Ns *binding = parser->scope.find(prefix, length);
     if (!binding && length == 3 && std::memcmp(prefix, "xml", 3) == 0) return &parser->xmlBinding;
@@ -27,9 +28,13 @@ Code readValue(Parser *parser) {
             case kQuote:
                 skipAscii(parser, 1);
                 return parser->scratch.append('\0') ? kAccepted : kNoMemory;
-            case '<': return kLessThanInValue;
-            case '&': code = readReference(parser, &parser->scratch); break;
-            default: return kQuoteNotClosed;
+            case '<':
+                return kLessThanInValue;
+            case '&':
+                code = readReference(parser, &parser->scratch);
+                break;
+            default:
+                return kQuoteNotClosed;
         }
         if (code != kAccepted) return code;
     }
@@ -134,8 +139,8 @@ Code findDuplicateInPairs(Parser *parser) {
     return kAccepted;
 }
 
-// Open addressing; a slot holds an attribute's number + 1. The same local name in n namespaces fills
-// one run of slots only if the hash leaves the namespace out, so it takes part.
+// Open addressing; a slot holds an attribute's number + 1. The same local name in n namespaces
+// fills one run of slots only if the hash leaves the namespace out, so it takes part.
 Code findDuplicateByTable(Parser *parser) {
     GrowingArray<XML_Parser_Attr> &attributes = parser->tagAttributes;
     GrowingArray<std::uint32_t> &table = parser->attributeTable;
@@ -201,15 +206,16 @@ Code reportStart(Parser *parser) {
     if (declarations > INT_MAX || attributes > INT_MAX / 5) return kNoMemory;
     if (!fillAttributeArgs(parser) || !fillDeclarationArgs(parser, declarations)) return kNoMemory;
     const char *names = parser->openNames.data();
-    parser->handler->startElementNs(
-        parser, element.name.local(names), element.name.prefix(names),
-        element.binding ? element.binding->namespaceName : nullptr, static_cast<int>(declarations),
-        parser->declarationArgs.data(), static_cast<int>(attributes), 0,
-        parser->attributeArgs.data());
+    parser->handler->startElementNs(parser, element.name.local(names), element.name.prefix(names),
+                                    element.binding ? element.binding->namespaceName : nullptr,
+                                    static_cast<int>(declarations), parser->declarationArgs.data(),
+                                    static_cast<int>(attributes), 0, parser->attributeArgs.data());
     return parser->status;
 }
 
-bool atTagEnd(const Parser *parser) { return peek(parser) == '>' || follows(parser, "/>"); }
+bool atTagEnd(const Parser *parser) {
+    return peek(parser) == '>' || follows(parser, "/>");
+}
 
 Code readAttributes(Parser *parser) {
     while (!atTagEnd(parser)) {

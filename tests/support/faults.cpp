@@ -13,6 +13,7 @@ void *__real_calloc(std::size_t count, std::size_t size);
 void *__real_realloc(void *block, std::size_t size);
 void __real_free(void *block);
 int __real_open(const char *path, int flags, ...);
+int __real_open64(const char *path, int flags, ...);
 ssize_t __real_read(int fd, void *buffer, std::size_t count);
 ssize_t __real_write(int fd, const void *buffer, std::size_t count);
 int __real_fsync(int fd);
@@ -22,6 +23,7 @@ void *__wrap_calloc(std::size_t count, std::size_t size);
 void *__wrap_realloc(void *block, std::size_t size);
 void __wrap_free(void *block);
 int __wrap_open(const char *path, int flags, ...);
+int __wrap_open64(const char *path, int flags, ...);
 ssize_t __wrap_read(int fd, void *buffer, std::size_t count);
 ssize_t __wrap_write(int fd, const void *buffer, std::size_t count);
 int __wrap_fsync(int fd);
@@ -82,6 +84,17 @@ bool interfere(std::size_t *count, ssize_t *result) {
     return false;
 }
 
+bool refuseOpen() {
+    if (!files || !files->plan.failOpen) return false;
+    errno = EMFILE;
+    return true;
+}
+
+int accountDescriptor(int fd) {
+    if (files && fd >= 0) ++files->descriptors;
+    return fd;
+}
+
 }  // namespace
 
 void *__wrap_malloc(std::size_t size) {
@@ -108,21 +121,22 @@ void __wrap_free(void *block) {
     __real_free(block);
 }
 
+// What open is called when file offsets have 64 bits differs between platforms: both names are
+// taken.
 int __wrap_open(const char *path, int flags, ...) {
-    mode_t mode = 0;
-    if (flags & O_CREAT) {
-        va_list arguments;
-        va_start(arguments, flags);
-        mode = va_arg(arguments, mode_t);
-        va_end(arguments);
-    }
-    if (files && files->plan.failOpen) {
-        errno = EMFILE;
-        return -1;
-    }
-    const int fd = __real_open(path, flags, mode);
-    if (files && fd >= 0) ++files->descriptors;
-    return fd;
+    va_list arguments;
+    va_start(arguments, flags);
+    const mode_t mode = flags & O_CREAT ? va_arg(arguments, mode_t) : 0;
+    va_end(arguments);
+    return refuseOpen() ? -1 : accountDescriptor(__real_open(path, flags, mode));
+}
+
+int __wrap_open64(const char *path, int flags, ...) {
+    va_list arguments;
+    va_start(arguments, flags);
+    const mode_t mode = flags & O_CREAT ? va_arg(arguments, mode_t) : 0;
+    va_end(arguments);
+    return refuseOpen() ? -1 : accountDescriptor(__real_open64(path, flags, mode));
 }
 
 ssize_t __wrap_read(int fd, void *buffer, std::size_t count) {
@@ -169,11 +183,21 @@ FaultyHeap::~FaultyHeap() {
     delete account;
 }
 
-bool FaultyHeap::failed() const { return heap->failed; }
-std::size_t FaultyHeap::allocations() const { return heap->allocations; }
-std::size_t FaultyHeap::blocksInUse() const { return heap->live.size(); }
-std::size_t FaultyHeap::bytesAllocated() const { return heap->bytes; }
-std::size_t FaultyHeap::largestBlock() const { return heap->largest; }
+bool FaultyHeap::failed() const {
+    return heap->failed;
+}
+std::size_t FaultyHeap::allocations() const {
+    return heap->allocations;
+}
+std::size_t FaultyHeap::blocksInUse() const {
+    return heap->live.size();
+}
+std::size_t FaultyHeap::bytesAllocated() const {
+    return heap->bytes;
+}
+std::size_t FaultyHeap::largestBlock() const {
+    return heap->largest;
+}
 
 FaultyFiles::FaultyFiles(const FilePlan &plan) {
     files = new FileAccount;
@@ -186,9 +210,17 @@ FaultyFiles::~FaultyFiles() {
     delete account;
 }
 
-std::size_t FaultyFiles::reads() const { return files->reads; }
-std::size_t FaultyFiles::writes() const { return files->writes; }
-std::size_t FaultyFiles::syncs() const { return files->syncs; }
-long FaultyFiles::openDescriptors() const { return files->descriptors; }
+std::size_t FaultyFiles::reads() const {
+    return files->reads;
+}
+std::size_t FaultyFiles::writes() const {
+    return files->writes;
+}
+std::size_t FaultyFiles::syncs() const {
+    return files->syncs;
+}
+long FaultyFiles::openDescriptors() const {
+    return files->descriptors;
+}
 
 }  // namespace support

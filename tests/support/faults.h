@@ -1,8 +1,8 @@
 // tests/support/faults.h - a C library that fails on demand, and an account of the heap.
 //
-// The test program is linked with --wrap for malloc, calloc, realloc, free, open, read, write, fsync
-// and close, so every call that the library makes comes through here. Nothing is counted or failed
-// outside the life of a FaultyHeap or FaultyFiles on the same thread.
+// The test program is linked with --wrap for malloc, calloc, realloc, free, open, read, write,
+// fsync and close, so every call that the library makes comes through here. Nothing is counted or
+// failed outside the life of a FaultyHeap or FaultyFiles on the same thread.
 #pragma once
 
 #include <cstddef>
@@ -19,8 +19,9 @@ class FaultyHeap {
     FaultyHeap(const FaultyHeap &) = delete;
     FaultyHeap &operator=(const FaultyHeap &) = delete;
 
-    bool failed() const;              // whether an allocation was refused
-    std::size_t allocations() const;  // malloc, calloc and realloc calls seen, refused ones included
+    bool failed() const;  // whether an allocation was refused
+    std::size_t allocations()
+        const;  // malloc, calloc and realloc calls seen, refused ones included
     // Blocks allocated since construction and not yet freed: 0 means nothing leaked.
     std::size_t blocksInUse() const;
     std::size_t bytesAllocated() const;  // sum of the sizes asked for
