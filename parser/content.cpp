@@ -29,13 +29,8 @@ bool passName(Parser *parser, const char *bytes, std::size_t length) {
     const auto buffered = static_cast<std::size_t>(input->end - input->cur);
     if (length <= buffered || input->state != kMoreMayCome) {
         if (length > buffered || std::memcmp(input->cur, bytes, length) != 0) return false;
-        std::size_t columns = 0;
-        for (std::size_t i = 0; i < length; ++columns) {
-            const auto b = static_cast<Byte>(bytes[i]);
-            i += b < 0x80 ? 1 : multibyteLength(b);
-        }
+        addColumns(parser, countColumns(input->cur, input->cur + length));
         input->cur += length;
-        addColumns(parser, columns);
         refill(parser, Keep::kSnippet);
         return true;
     }

@@ -85,6 +85,19 @@ ErrorCode readCharReference(Parser *parser, ByteBuffer *into) {
 
 }  // namespace
 
+std::size_t countColumns(const Byte *p, const Byte *end) noexcept {
+    std::size_t columns = 0;
+    while (p < end) {
+        const Byte *const asciiEnd = scanFor<NotAscii>(p, end);
+        columns += static_cast<std::size_t>(asciiEnd - p);
+        p = asciiEnd;
+        if (p == end) break;
+        p += multibyteLength(*p);
+        ++columns;
+    }
+    return columns;
+}
+
 CodePoint decodeChar(const Byte *p, const Byte *end) noexcept {
     if (p == end) return kNoChar;
     const Byte first = *p;
@@ -161,7 +174,11 @@ void skipBlankRun(Parser *parser, Keep keep) noexcept {
 
 ErrorCode XML_Parser_ReadName(Parser *parser, ByteBuffer *into) noexcept {
     XML_IO_InStream *input = parser->input;
-    if (!XML_Parser_IsNameStartChar(XML_Parser_CurrentChar(parser))) return kInvalidChar;
+    const int first = peek(parser);
+    const bool starts = first >= 0 && first < 0x80
+                            ? (kNameClass[static_cast<std::size_t>(first)] & kNameStart) != 0
+                            : XML_Parser_IsNameStartChar(XML_Parser_CurrentChar(parser));
+    if (!starts) return kInvalidChar;
     input->mark = input->cur;
     bool goesOn = true;
     while (goesOn) {

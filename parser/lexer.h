@@ -92,6 +92,9 @@ inline std::size_t multibyteLength(Byte first) {
     return kCharLength[first >> 4 & 3];
 }
 
+// The columns that characters take, none of them a line break.
+std::size_t countColumns(const Byte *p, const Byte *end) noexcept;
+
 // The character at p, or kNoChar. Intended: C0, C1 and F8 to FF pass as first bytes; the legality
 // of the value decides.
 CodePoint decodeChar(const Byte *p, const Byte *end) noexcept;

@@ -117,7 +117,7 @@ XML_Parser_Ns *NamespaceScope::push(const char *prefix, const char *namespaceNam
     return binding;
 }
 
-void NamespaceScope::pop(std::size_t left) noexcept {
+void NamespaceScope::popBindings(std::size_t left) noexcept {
     while (count() > left) {
         XML_Parser_Ns *binding = newest_;
         if (binding->prefixLength == 0) {

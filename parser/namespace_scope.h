@@ -48,7 +48,9 @@ class NamespaceScope {
     // for exhausted memory.
     XML_Parser_Ns *push(const char *prefix, const char *namespaceName) noexcept;
     // Ends the newest bindings until so many are left.
-    void pop(std::size_t count) noexcept;
+    void pop(std::size_t left) noexcept {
+        if (count() > left) popBindings(left);
+    }
 
     std::size_t count() const noexcept { return newest_ ? newest_->ordinal + 1 : 0; }
     XML_Parser_Ns *newest() const noexcept { return newest_; }
@@ -65,6 +67,7 @@ class NamespaceScope {
     std::uint64_t hashOfName(XML_Parser_Ns *binding) noexcept;
 
   private:
+    void popBindings(std::size_t left) noexcept;
     bool makeBuckets(std::size_t count) noexcept;
     XML_Parser_Ns **slotOf(XML_Parser_Ns *binding) noexcept;
 
