@@ -1,0 +1,143 @@
+// This library, through its public header and the shared library.
+#include <iconv.h>
+
+#include <cstdlib>
+
+#include "compactxml.h"
+#include "contestant.h"
+
+namespace bench {
+namespace {
+
+// ---- callbacks ------------------------------------------------------------------------------
+
+Tally &tallyOf(XML_Parser_Ctx *context) {
+    return *static_cast<Tally *>(context->handler->userData);
+}
+
+void onStart(XML_Parser_Ctx *context, const char *name, const char *, const char *, int,
+             const char **, int attributeCount, int, const char **attributes) {
+    Tally &tally = tallyOf(context);
+    tally.element(name);
+    for (int i = 0; i < attributeCount; ++i, attributes += 5) {
+        const auto length = static_cast<std::size_t>(attributes[4] - attributes[3]);
+        tally.attribute(attributes[0], std::string_view(attributes[3], length));
+    }
+}
+
+void onEnd(XML_Parser_Ctx *, const char *, const char *, const char *) {}
+
+void onText(XML_Parser_Ctx *context, const char *text, int length) {
+    tallyOf(context).text(text, static_cast<std::size_t>(length));
+}
+
+bool parse(std::string_view document, Tally &tally) {
+    XML_SAX_Handler handler = {};
+    handler.userData = &tally;
+    handler.startElementNs = onStart;
+    handler.endElementNs = onEnd;
+    handler.characters = onText;
+    handler.cdataBlock = onText;
+    return XML_Parser_ByMem(document.data(), static_cast<std::uint32_t>(document.size()),
+                            &handler) == XML_OK;
+}
+
+// ---- tree -----------------------------------------------------------------------------------
+
+void *build(std::span<char> document) {
+    return XML_DOM_BuildTreeByMem(document.data(), static_cast<std::uint32_t>(document.size()), 0,
+                                  nullptr);
+}
+
+void destroy(void *tree) {
+    XML_DOM_DelNode(static_cast<XML_DOM_Node *>(tree));
+}
+
+// The tree holds GB18030, the tally wants UTF-8. Text that does not convert comes out as a
+// question mark, on which no other contestant agrees.
+class ToUtf8 {
+  public:
+    ToUtf8() : converter_(iconv_open("UTF-8", "GB18030")) {}
+    ~ToUtf8() {
+        if (converter_ != iconv_t(-1)) iconv_close(converter_);
+    }
+    ToUtf8(const ToUtf8 &) = delete;
+    ToUtf8 &operator=(const ToUtf8 &) = delete;
+
+    const std::string &operator()(const char *text) {
+        std::string source(text ? text : "");
+        out_.resize(3 * source.size());  // two or four bytes become at most three or four
+        char *from = source.data();
+        char *to = out_.data();
+        std::size_t left = source.size();
+        std::size_t room = out_.size();
+        if (converter_ == iconv_t(-1) ||
+            iconv(converter_, &from, &left, &to, &room) == static_cast<std::size_t>(-1)) {
+            out_.assign(1, '?');
+        } else {
+            out_.resize(out_.size() - room);
+        }
+        return out_;
+    }
+
+  private:
+    iconv_t converter_;
+    std::string out_;
+};
+
+void countNode(const XML_DOM_Node *node, ToUtf8 &utf8, Tally &tally) {
+    if (XML_DOM_GetNodeType(node) != XML_DOM_NODE_ELEMENT) {
+        const std::string &text = utf8(XML_DOM_GetNodeValue(node));
+        tally.text(text.data(), text.size());
+        return;
+    }
+    tally.element(utf8(XML_DOM_GetNodeName(node)).c_str());
+    for (const XML_DOM_Attr *attribute = XML_DOM_GetFirstAttr(node); attribute;
+         attribute = XML_DOM_GetNextAttr(attribute)) {
+        const char *name = "";
+        XML_DOM_GetAttrNameSpace(attribute, &name, nullptr);
+        const std::string localName = utf8(name);
+        tally.attribute(localName.c_str(), utf8(XML_DOM_GetAttrValByHandle(attribute)).c_str());
+    }
+}
+
+void count(const void *tree, Tally &tally) {
+    ToUtf8 utf8;
+    const auto *root = static_cast<const XML_DOM_Node *>(tree);
+    for (const XML_DOM_Node *node = root; node;) {
+        countNode(node, utf8, tally);
+        if (const XML_DOM_Node *child = XML_DOM_GetFirstChild(node)) {
+            node = child;
+            continue;
+        }
+        while (node != root && !XML_DOM_GetNextSibling(node)) node = XML_DOM_GetNodeParent(node);
+        node = node == root ? nullptr : XML_DOM_GetNextSibling(node);
+    }
+}
+
+std::size_t serialize(const void *tree, std::string *copy) {
+    char *bytes = nullptr;
+    std::uint32_t length = 0;
+    if (XML_DOM_TranslateStr(static_cast<const XML_DOM_Node *>(tree), 0, &bytes, &length) !=
+        XML_OK) {
+        return 0;
+    }
+    if (copy) copy->assign(bytes, length);
+    std::free(bytes);
+    return length;
+}
+
+}  // namespace
+
+const Contestant kCompactXml = {
+    .name = "compactxml",
+    .version = "this library",
+    .parse = parse,
+    .build = build,
+    .destroy = destroy,
+    .count = count,
+    .serialize = serialize,
+    .consumesInput = false,
+};
+
+}  // namespace bench
