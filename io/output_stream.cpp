@@ -48,8 +48,16 @@ AsciiForm asciiForm(uint32_t source, uint32_t target) {
     }
 }
 
+// Between these two glibc converts directly, and what comes out depends on where a call's input
+// ends.
+bool isGb2312OrGbk(uint32_t encoding) {
+    return encoding == XML_ENCODING_GB2312 || encoding == XML_ENCODING_GBK;
+}
+
 struct OutStream : XML_IO_OutStream {
+    uint32_t source;  // encoding
     AsciiForm ascii;
+    bool splitsAtAscii;  // whether the converter may be given the text between runs of ASCII alone
 };
 
 // The record that callers may look at, and how large the block behind data really is.
@@ -114,7 +122,10 @@ uint32_t XML_IO_FileSink(uintptr_t target, const char *bytes, uint32_t length) {
 bool XML_IO_OpenConverter(OutStream *stream, uint32_t source, uint32_t target) {
     if (source == target) return true;
     stream->converter = openConverter(source, target);
+    stream->source = source;
     stream->ascii = asciiForm(source, target);
+    stream->splitsAtAscii =
+        stream->ascii.width != 0 && !(isGb2312OrGbk(source) && isGb2312OrGbk(target));
     return stream->converter != kNoConverter;
 }
 
@@ -126,22 +137,63 @@ OutStream *newStream(StreamKind kind) {
     return stream;
 }
 
-// What the converter would make of ASCII bytes, in the same pieces.
-uint32_t writeAscii(const OutStream *stream, const char *bytes, std::size_t length) {
-    const std::size_t width = stream->ascii.width;
-    const std::size_t perChunk = kChunkBytes / width;
-    const std::size_t unitAt = stream->ascii.bigEndian ? width - 1 : 0;
-    char chunk[kChunkBytes];
-    if (width != 1) std::memset(chunk, 0, sizeof chunk);
-    while (length != 0) {
-        const std::size_t count = length < perChunk ? length : perChunk;
-        const char *piece = bytes;
-        if (width != 1) {
-            for (std::size_t i = 0; i < count; ++i) chunk[i * width + unitAt] = bytes[i];
-            piece = chunk;
+// Converted text on its way to the sink, in pieces of kChunkBytes: as many whole characters as fit.
+class Chunk {
+  public:
+    explicit Chunk(const OutStream *stream) : stream_(stream) {}
+
+    // ASCII as the converter would write it.
+    uint32_t putAscii(const char *bytes, std::size_t length) {
+        const std::size_t width = stream_->ascii.width;
+        while (length != 0) {
+            const std::size_t room = (kChunkBytes - used_) / width;
+            if (room == 0) {
+                const uint32_t status = flush();
+                if (status != XML_OK) return status;
+                continue;
+            }
+            const std::size_t count = length < room ? length : room;
+            copyAscii(bytes, count);
+            bytes += count;
+            length -= count;
         }
-        const uint32_t status =
-            stream->sink(stream->target, piece, static_cast<uint32_t>(count * width));
+        return XML_OK;
+    }
+
+    char *tail() { return bytes_ + used_; }
+    std::size_t room() const { return kChunkBytes - used_; }
+    void setRoom(std::size_t room) { used_ = kChunkBytes - room; }
+
+    uint32_t flush() {
+        const auto length = static_cast<uint32_t>(used_);
+        used_ = 0;
+        return stream_->sink(stream_->target, bytes_, length);
+    }
+
+  private:
+    void copyAscii(const char *bytes, std::size_t count) {
+        const std::size_t width = stream_->ascii.width;
+        if (width == 1) {
+            std::memcpy(tail(), bytes, count);
+        } else {
+            char *unit = tail();
+            std::memset(unit, 0, count * width);
+            if (stream_->ascii.bigEndian) unit += width - 1;
+            for (std::size_t i = 0; i < count; ++i) unit[i * width] = bytes[i];
+        }
+        used_ += count * width;
+    }
+
+    const OutStream *stream_;
+    std::size_t used_ = 0;
+    char bytes_[kChunkBytes];
+};
+
+// Plain ASCII of which nothing changes goes to the sink without a copy, in the same pieces.
+uint32_t writeUnchanged(const OutStream *stream, const char *bytes, uint32_t length) {
+    while (length != 0) {
+        const uint32_t count = length < kChunkBytes ? length : uint32_t{kChunkBytes};
+        const uint32_t status = stream->sink(stream->target, bytes, count);
         if (status != XML_OK) return status;
         bytes += count;
         length -= count;
@@ -149,35 +201,83 @@ uint32_t writeAscii(const OutStream *stream, const char *bytes, std::size_t leng
     return XML_OK;
 }
 
-uint32_t writeConverted(OutStream *stream, const char *bytes, uint32_t length, bool safe) {
-    char chunk[kChunkBytes];
-    ConvertSpan span{bytes, length, chunk, sizeof chunk};
-    for (;;) {
-        const ConvertResult result = convert(stream->converter, &span);
-        const bool tooLong = span.inputLeft > kMostHeldBack;
-        if (result == ConvertResult::kInvalid ||
-            (result == ConvertResult::kInputIncomplete && tooLong)) {
-            return XML_REFUSED;
+// Passes over the multibyte characters that p begins with. Where they are not well-formed this may
+// stop anywhere; the converter will say so.
+const Byte *skipMultibyte(uint32_t encoding, const Byte *p, const Byte *end) {
+    if (encoding == XML_ENCODING_UTF_8) {
+        while (p != end && *p >= 0x80) ++p;
+        return p;
+    }
+    while (p != end && *p >= 0x80) {
+        // Two bytes, or in GB18030 four if the second is a digit; trail bytes may look like ASCII.
+        const bool four = end - p >= 2 && p[1] >= '0' && p[1] <= '9';
+        const std::ptrdiff_t size = four ? 4 : 2;
+        if (end - p < size) return end;
+        p += size;
+    }
+    return p;
+}
+
+// Where the text that is worth one call of the converter ends: before the next long run of ASCII.
+const Byte *mixedEnd(const OutStream *stream, const Byte *p, const Byte *end) {
+    constexpr std::ptrdiff_t kWorthCopying = 32;
+    while (p != end) {
+        p = skipMultibyte(stream->source, p, end);
+        const Byte *const asciiEnd = scanFor<NotAscii>(p, end);
+        if (asciiEnd == end || asciiEnd - p >= kWorthCopying) return p;
+        p = asciiEnd;
+    }
+    return end;
+}
+
+// Text with characters beyond ASCII: long runs of ASCII are copied, the rest is the converter's.
+// The chunks, and what of them has been written when a sequence turns out invalid, are those of one
+// conversion of the whole.
+uint32_t writeMixed(OutStream *stream, const char *bytes, uint32_t length, bool safe) {
+    Chunk chunk{stream};
+    const auto *p = reinterpret_cast<const Byte *>(bytes);
+    const Byte *const end = p + length;
+    bool splits = stream->splitsAtAscii;
+    while (p != end) {
+        if (splits) {
+            const Byte *const asciiEnd = scanFor<NotAscii>(p, end);
+            const uint32_t status = chunk.putAscii(reinterpret_cast<const char *>(p),
+                                                   static_cast<std::size_t>(asciiEnd - p));
+            if (status != XML_OK) return status;
+            p = asciiEnd;
+            if (p == end) break;
         }
-        const auto produced = static_cast<uint32_t>(sizeof chunk - span.outputLeft);
-        const uint32_t status = stream->sink(stream->target, chunk, produced);
-        if (result == ConvertResult::kInputIncomplete) {
+        const Byte *const segmentEnd = splits ? mixedEnd(stream, p, end) : end;
+        ConvertSpan span{reinterpret_cast<const char *>(p),
+                         static_cast<std::size_t>(segmentEnd - p), chunk.tail(), chunk.room()};
+        const ConvertResult result = convert(stream->converter, &span);
+        chunk.setRoom(span.outputLeft);
+        p = reinterpret_cast<const Byte *>(span.input);
+        if (result == ConvertResult::kInvalid) return XML_REFUSED;
+        if (result == ConvertResult::kOutputFull) {
+            const uint32_t status = chunk.flush();
+            if (status != XML_OK) return status;
+        } else if (result == ConvertResult::kInputIncomplete) {
+            if (segmentEnd != end) {
+                splits = false;  // what follows decides: the converter is to see it
+                continue;
+            }
+            if (span.inputLeft > kMostHeldBack) return XML_REFUSED;
+            const uint32_t status = chunk.flush();
             stream->pendingCount = static_cast<uint32_t>(span.inputLeft);
             std::memcpy(stream->pendingBytes, safe ? "????" : span.input, span.inputLeft);
             return status;
         }
-        if (result == ConvertResult::kDone || status != XML_OK) return status;
-        span.output = chunk;
-        span.outputLeft = sizeof chunk;
     }
+    return chunk.flush();
 }
 
 uint32_t XML_IO_ConvertAndWrite(OutStream *stream, const char *bytes, uint32_t length, bool safe) {
     if (stream->converter == kNoConverter) return stream->sink(stream->target, bytes, length);
-    if (stream->ascii.width != 0 && isAscii(bytes, length)) {
-        return writeAscii(stream, bytes, length);
+    if (stream->ascii.width == 1 && isAscii(bytes, length)) {
+        return writeUnchanged(stream, bytes, length);
     }
-    return writeConverted(stream, bytes, length, safe);
+    return writeMixed(stream, bytes, length, safe);
 }
 
 // Completes the character whose first bytes are held back with the first of the new bytes, and
