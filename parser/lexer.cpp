@@ -186,12 +186,12 @@ ErrorCode XML_Parser_ReadName(Parser *parser, ByteBuffer *into) noexcept {
         const Byte *const limit = runLimit(input);
         const Byte *p = skipAsciiNameChars(start, limit);
         addColumns(parser, static_cast<std::size_t>(p - start));
-        goesOn = p == limit && p != start;  // perhaps behind the refill
-        if (p != limit && *p >= 0x80 && XML_Parser_IsNameChar(decodeChar(p, input->end))) {
-            p += multibyteLength(*p);
-            addColumns(parser, 1);
-            goesOn = true;
+        while (p < limit && *p >= 0x80 && XML_Parser_IsNameChar(decodeChar(p, input->end))) {
+            const Byte *const asciiStart = p + multibyteLength(*p);
+            p = asciiStart < limit ? skipAsciiNameChars(asciiStart, limit) : asciiStart;
+            addColumns(parser, static_cast<std::size_t>(p - asciiStart) + 1);
         }
+        goesOn = p >= limit && p != start;  // perhaps behind the refill
         input->cur += p - start;
         refill(parser, Keep::kMark);
     }
