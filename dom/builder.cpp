@@ -43,6 +43,10 @@ TreeString convertString(XML_IO_OutStream *stream, const char *text) {
     return {bytes, length - std::size_t{1}};
 }
 
+bool isEmpty(const char *prefix) {
+    return !prefix || *prefix == '\0';
+}
+
 std::size_t countDeclarations(const XML_DOM_Node *element) {
     std::size_t count = 0;
     for (const XML_DOM_NsDecl *decl = element->firstNsDecl; decl; decl = decl->next) ++count;
@@ -80,7 +84,7 @@ bool addAttribute(XML_DOM_BuildState *state, const char *const *group) {
     XML_DOM_Attr *attribute =
         appendAttr(state->current, name.bytes, name.length, value.bytes, value.length);
     if (!attribute) return false;
-    if (!group[1]) return true;
+    if (isEmpty(group[1])) return true;
     attribute->ns = resolve(state, group[1]);
     return attribute->ns != nullptr;
 }
@@ -112,7 +116,7 @@ bool startElement(XML_DOM_BuildState *state, const char *localName, const char *
             return false;
         }
     }
-    if (prefix) {
+    if (!isEmpty(prefix)) {
         state->current->ns = resolve(state, prefix);
         if (!state->current->ns) return false;
     }

@@ -31,13 +31,17 @@ class FunctionWriter {
 };
 
 // Where text goes when only the whole of it counts: a stream, which gets the pieces gathered. A
-// piece is a few bytes long, and a stream asks more of each append than copying them costs.
+// piece is a few bytes long, and a stream asks more of each append than copying them costs. Only
+// ASCII is gathered, which always converts: a piece that may fail answers for itself.
 class StreamWriter {
   public:
     explicit StreamWriter(XML_IO_OutStream *stream) : stream_(stream) {}
 
     uint32_t put(const char *bytes, std::size_t length) {
-        if (length > sizeof gathered_ - size_) return putBehind(bytes, length);
+        if (length > sizeof gathered_ - size_ || !isAscii(bytes, length) ||
+            stream_->pendingCount != 0) {
+            return putDirectly(bytes, length);
+        }
         std::memcpy(gathered_ + size_, bytes, length);
         size_ += length;
         return XML_OK;
@@ -50,13 +54,11 @@ class StreamWriter {
     }
 
   private:
-    [[gnu::noinline]] uint32_t putBehind(const char *bytes, std::size_t length) {
+    [[gnu::noinline]] uint32_t putDirectly(const char *bytes, std::size_t length) {
+        if (length > UINT32_MAX) return XML_REFUSED;
         const uint32_t status = flush();
-        if (status != XML_OK || length > UINT32_MAX) return XML_REFUSED;
-        if (length > sizeof gathered_) {
-            return XML_IO_OutStreamAppend(stream_, bytes, static_cast<uint32_t>(length));
-        }
-        return put(bytes, length);
+        if (status != XML_OK) return status;
+        return XML_IO_OutStreamAppend(stream_, bytes, static_cast<uint32_t>(length));
     }
 
     XML_IO_OutStream *stream_;
@@ -247,10 +249,10 @@ uint32_t writeEnd(Writer &writer, const XML_DOM_Node *node, Tags tags,
     return sum;
 }
 
-// Writes a node with everything below it. A level whose own text or whose child failed takes no
-// further child but is still ended, and so is every level above it. One number tells which levels
-// those are: all down to failedLevel that are still open, for a level that ends failed fails the
-// one above it.
+// Writes a node with everything below it. An element takes no further child once one has failed,
+// but is still ended, and so are all above it: a level that ends failed fails the one above.
+// Failures of a start tag alone leave its children to be written, so the deepest level that failed
+// is kept.
 template <class Writer>
 uint32_t writeSubtree(Writer &writer, const XML_DOM_Node *top, XML_DOM_TranslateState *state) {
     uint32_t sum = XML_OK;
@@ -275,7 +277,6 @@ uint32_t writeSubtree(Writer &writer, const XML_DOM_Node *top, XML_DOM_Translate
             if (!failed && node->nextSibling) break;
             node = node->parent;
             --level;
-            if (failed) failedLevel = level;
         }
         node = node->nextSibling;
     }
@@ -322,6 +323,8 @@ uint32_t writeToBuffer(const XML_DOM_Node *node, char **bufferOut, uint32_t *len
     XML_IO_MemOutStreamGetBuf(stream.get(), &length);
     result = plus(result, XML_IO_OutStreamAppend(stream.get(), "", 1));
     if (result != XML_OK) return result;
+    // The NUL became part of a character cut off at the end of the text: no buffer goes without it.
+    if (stream->pendingCount != 0) return XML_REFUSED;
     *bufferOut = XML_IO_MemOutStreamDetachBuf(stream.get(), nullptr);
     if (lengthOut) *lengthOut = length;
     return XML_OK;

@@ -1,0 +1,331 @@
+// Every exported function with each of its pointers missing in turn: refused with the value that
+// its kind of result has for that, and nothing else happens.
+#include <gtest/gtest.h>
+
+#include <cstdint>
+#include <fstream>
+#include <set>
+#include <string>
+#include <vector>
+
+#include "compactxml.h"
+#include "dom/builder.h"
+#include "tests/support/faults.h"
+#include "tests/support/owners.h"
+#include "tests/support/sample_trees.h"
+#include "tests/support/tree_dump.h"
+
+namespace {
+
+// Good arguments for everything.
+struct Objects {
+    Objects()
+        : root(support::richDocument()),
+          loose(XML_DOM_CreateElementNode("loose")),
+          out(XML_IO_MemOutStreamCreate(0, 0)),
+          in(XML_IO_ByMem("<a/>", 4)) {
+        element = root->firstChild;
+        text = element->firstChild;
+        attribute = root->firstAttr;
+        chunk.length = 4;
+        chunk.data = reinterpret_cast<const unsigned char *>("<a/>");
+        list.first = &chunk;
+        XML_IO_OutStreamAppend(out.get(), "abc", 3);
+        cxml::XML_DOM_BuildInit(&handler, &state, sizeof error, error);
+        context.handler = &handler;
+    }
+    ~Objects() {
+        XML_DOM_DelNode(state.root);
+        cxml::XML_DOM_BuildFini(&handler);
+        XML_IO_DestroyByMem(in);
+    }
+    Objects(const Objects &) = delete;
+    Objects &operator=(const Objects &) = delete;
+
+    // Everything that a refused call could have changed.
+    std::string image() const {
+        const XML_IO_MemBuf *buffer = reinterpret_cast<const XML_IO_MemBuf *>(out->target);
+        return support::dumpTree(root.get()) + support::dumpTree(loose.get()) +
+               support::dumpTree(state.root) + std::string(buffer->data, buffer->length) +
+               std::to_string(in->cur - in->base) + std::to_string(in->state) +
+               std::to_string(number) + name + error + (pointer ? pointer : "(null)");
+    }
+
+    support::NodePtr root, loose;
+    XML_DOM_Node *element, *text;
+    XML_DOM_Attr *attribute;
+    support::StreamPtr out;
+    XML_IO_InStream *in;
+    XML_IO_MemChunk chunk{};
+    XML_IO_MemList list{};
+    XML_SAX_Handler handler{};
+    cxml::XML_DOM_BuildState state;
+    XML_Parser_Ctx context{};
+    // Outputs.
+    std::uint32_t number = 42;
+    const char *name = "unset";
+    char *pointer = error;
+    char error[64] = "unset";
+};
+
+std::uint32_t sink(void *, const char *, std::uint32_t) {
+    return 0;
+}
+
+using Result = std::uint64_t;
+Result asResult(std::uint32_t code) {
+    return code;
+}
+Result asResult(int number) {
+    return static_cast<Result>(number);
+}
+Result asResult(const void *pointer) {
+    return reinterpret_cast<std::uintptr_t>(pointer);
+}
+
+struct Case {
+    const char *function;
+    const char *missing;
+    Result refusal;
+    Result (*call)(Objects &o);
+};
+
+#define ANSWERS(refusal, function, missing, ...)                                                 \
+    Case {                                                                                       \
+#function, missing, refusal, [](Objects &o) { (void)o; return asResult(function(__VA_ARGS__)); } \
+    }
+#define REFUSES(function, missing, ...) ANSWERS(XML_REFUSED, function, missing, __VA_ARGS__)
+#define IS_NULL(function, missing, ...) ANSWERS(0, function, missing, __VA_ARGS__)
+#define DOES_NOTHING(function, missing, ...)                                                \
+    Case {                                                                                  \
+#function, missing, 0, [](Objects &o) { (void)o; function(__VA_ARGS__); return Result{0}; } \
+    }
+
+const Case kCases[] = {
+    // Nodes and documents
+    IS_NULL(XML_DOM_GetRoot, "node", nullptr),
+    IS_NULL(XML_DOM_GetVersion, "node", nullptr),
+    ANSWERS(XML_ENCODING_UNKNOWN, XML_DOM_GetEncoding, "node", nullptr),
+    REFUSES(XML_DOM_SetEncoding, "node", nullptr, 1),
+    REFUSES(XML_DOM_SetVersion, "node", nullptr, "1.0"),
+    REFUSES(XML_DOM_SetVersion, "version", o.root.get(), nullptr),
+    REFUSES(XML_DOM_SetRoot, "node", nullptr),
+    IS_NULL(XML_DOM_GetNodeParent, "node", nullptr),
+    IS_NULL(XML_DOM_GetFirstChild, "node", nullptr),
+    IS_NULL(XML_DOM_GetNextSibling, "node", nullptr),
+    ANSWERS(0, XML_DOM_GetNodeType, "node", nullptr),
+    IS_NULL(XML_DOM_GetNodeName, "node", nullptr),
+    IS_NULL(XML_DOM_GetNodeValue, "node", nullptr),
+    IS_NULL(XML_DOM_GetFirstTextChildValue, "node", nullptr),
+    IS_NULL(XML_DOM_GetFirstCDataChildValue, "node", nullptr),
+    IS_NULL(XML_DOM_CreateElementNode, "name", nullptr),
+    IS_NULL(XML_DOM_CreateElementNodeInner, "name", nullptr),
+    IS_NULL(XML_DOM_CreateTextualNodeInner, "bytes", XML_DOM_NODE_TEXT, nullptr, 3),
+    IS_NULL(XML_DOM_CreateTextNode, "text", nullptr),
+    IS_NULL(XML_DOM_CreateCDataNode, "text", nullptr),
+    IS_NULL(XML_DOM_CreateElementWithText, "name", nullptr, "t"),
+    IS_NULL(XML_DOM_CreateElementWithCData, "name", nullptr, "t"),
+    REFUSES(XML_DOM_AddChildNode, "parent", nullptr, o.loose.get()),
+    REFUSES(XML_DOM_AddChildNode, "child", o.root.get(), nullptr),
+    REFUSES(XML_DOM_InsertBeforeNode, "reference", nullptr, o.loose.get()),
+    REFUSES(XML_DOM_InsertBeforeNode, "newnode", o.element, nullptr),
+    REFUSES(XML_DOM_SetNodeName, "node", nullptr, "n"),
+    REFUSES(XML_DOM_SetNodeName, "name", o.element, nullptr),
+    REFUSES(XML_DOM_SetNodeValue, "node", nullptr, "v"),
+    REFUSES(XML_DOM_SetNodeValue, "value", o.text, nullptr),
+    ANSWERS(0, XML_Strcmp, "both", nullptr, nullptr),
+    ANSWERS(0, XML_Strcmp, "a", nullptr, ""),
+    ANSWERS(0, XML_Strcmp, "b", "", nullptr),
+    // Attributes and namespaces
+    IS_NULL(XML_DOM_AddAttr, "element", nullptr, nullptr, "n", "v"),
+    IS_NULL(XML_DOM_AddAttr, "name", o.element, nullptr, nullptr, "v"),
+    IS_NULL(XML_DOM_AddAttr, "value", o.element, nullptr, "n", nullptr),
+    IS_NULL(XML_DOM_AddAttrInner, "element", nullptr, "n", "v"),
+    IS_NULL(XML_DOM_AddAttrInner, "name", o.element, nullptr, "v"),
+    IS_NULL(XML_DOM_AddAttrInner, "value", o.element, "n", nullptr),
+    REFUSES(XML_DOM_SetAttrNsInner, "attribute", nullptr, "p"),
+    REFUSES(XML_DOM_SetAttrNsInner, "both", nullptr, nullptr),
+    DOES_NOTHING(XML_DOM_DelAttr, "element", nullptr, nullptr, "a"),
+    DOES_NOTHING(XML_DOM_DelAttr, "name", o.root.get(), nullptr, nullptr),
+    IS_NULL(XML_DOM_GetFirstAttr, "element", nullptr),
+    IS_NULL(XML_DOM_GetNextAttr, "attribute", nullptr),
+    IS_NULL(XML_DOM_GetAttrValByHandle, "attribute", nullptr),
+    REFUSES(XML_DOM_GetAttrNameSpace, "attribute", nullptr, &o.name, &o.name),
+    REFUSES(XML_DOM_GetAttrNameSpace, "both outputs", o.attribute, nullptr, nullptr),
+    IS_NULL(XML_DOM_GetNodeNsAttribute, "element", nullptr, "urn:d", "a"),
+    IS_NULL(XML_DOM_GetNodeNsAttribute, "name", o.root.get(), "urn:d", nullptr),
+    IS_NULL(XML_DOM_GetNodeAttrValByName, "element", nullptr, "a"),
+    IS_NULL(XML_DOM_GetNodeAttrValByName, "name", o.root.get(), nullptr),
+    REFUSES(XML_DOM_AddNodeNameSpace, "element", nullptr, "p", "u"),
+    REFUSES(XML_DOM_AddNodeNameSpace, "name for a prefix", o.element, "n", nullptr),
+    REFUSES(XML_DOM_SetNodeDefineNsVal, "element", nullptr, "p", "u"),
+    REFUSES(XML_DOM_SetNodeDefineNsVal, "name for a prefix", o.element, "n", nullptr),
+    REFUSES(XML_DOM_AddNodeNameSpaceInner, "element", nullptr, "p", "u", 1),
+    REFUSES(XML_DOM_AddNodeNameSpaceInner, "name", o.element, "n", nullptr, 1),
+    REFUSES(XML_DOM_SetNodeNameSpace, "element", nullptr, "p"),
+    REFUSES(XML_DOM_GetNodeNameSpace, "element", nullptr, &o.name, &o.name),
+    REFUSES(XML_DOM_GetNodeNameSpace, "both outputs", o.element, nullptr, nullptr),
+    // Encodings and removal
+    ANSWERS(XML_ENCODING_UNKNOWN, XML_DOM_EncodingStrToEnum, "name", nullptr),
+    DOES_NOTHING(XML_DOM_Clip, "node", nullptr),
+    DOES_NOTHING(XML_DOM_DelNode, "node", nullptr),
+    // Writing
+    REFUSES(XML_OutTextString, "text", nullptr, sink, nullptr),
+    REFUSES(XML_OutTextString, "writer", "t", nullptr, nullptr),
+    IS_NULL(XML_DOM_NodeBegin2Str, "node", nullptr, 0, &o.number),
+    IS_NULL(XML_DOM_NodeBegin2Str, "both", nullptr, 0, nullptr),
+    IS_NULL(XML_DOM_NodeEnd2Str, "node", nullptr, &o.number),
+    IS_NULL(XML_DOM_NodeEnd2Str, "both", nullptr, nullptr),
+    REFUSES(XML_DOM_TranslateStr, "node", nullptr, 0, &o.pointer, &o.number),
+    REFUSES(XML_DOM_TranslateStr, "buffer", o.root.get(), 0, nullptr, &o.number),
+    REFUSES(XML_DOM_TranslateStrEx, "node", nullptr, 0, nullptr, &o.pointer, &o.number),
+    REFUSES(XML_DOM_TranslateStrEx, "buffer", o.root.get(), 0, nullptr, nullptr, &o.number),
+    REFUSES(XML_DOM_TranslateStr4AllChild, "node", nullptr, &o.pointer, &o.number),
+    REFUSES(XML_DOM_TranslateStr4AllChild, "buffer", o.root.get(), nullptr, &o.number),
+    REFUSES(XML_DOM_OutPutTranslateStr, "node", nullptr, 0, sink, nullptr),
+    REFUSES(XML_DOM_OutPutTranslateStr, "sink", o.root.get(), 0, nullptr, nullptr),
+    // Building
+    IS_NULL(XML_DOM_BuildTreeByFile, "path and message", nullptr, 64, nullptr),
+    IS_NULL(XML_DOM_BuildTreeByMem, "buffer and message", nullptr, 4, 64, nullptr),
+    IS_NULL(XML_DOM_BuildTreeByMemList, "list and message", nullptr, 64, nullptr),
+    DOES_NOTHING(XML_SAX_StartElementNs, "context", nullptr, "a", nullptr, nullptr, 0, nullptr, 0,
+                 0, nullptr),
+    DOES_NOTHING(XML_SAX_EndElementNs, "context", nullptr, "a", nullptr, nullptr),
+    DOES_NOTHING(XML_SAX_Characters, "context", nullptr, "t", 1),
+    DOES_NOTHING(XML_SAX_CData, "context", nullptr, "t", 1),
+    DOES_NOTHING(XML_SAX_EndDocument, "context", nullptr),
+    DOES_NOTHING(XML_SAX_Error, "context", nullptr, "m"),
+    DOES_NOTHING(XML_SAX_Error, "format", &o.context, nullptr),
+    // Parsing and checking
+    REFUSES(XML_Parser_ByFile, "path", nullptr, &o.handler),
+    REFUSES(XML_Parser_ByFile, "both", nullptr, nullptr),
+    REFUSES(XML_Parser_ByMem, "buffer", nullptr, 4, &o.handler),
+    REFUSES(XML_Parser_ByMem, "both", nullptr, 4, nullptr),
+    REFUSES(XML_Parser_ByMemList, "list", nullptr, &o.handler),
+    REFUSES(XML_Parser_ByMemList, "both", nullptr, nullptr),
+    REFUSES(XML_CheckNamespace, "uri", "p", nullptr),
+    REFUSES(XML_CheckNamespace, "both", nullptr, nullptr),
+    REFUSES(XML_CheckQName, "name", nullptr),
+    // Input streams
+    IS_NULL(XML_IO_ByMem, "buffer", nullptr, 4),
+    IS_NULL(XML_IO_ByFile, "path", nullptr),
+    IS_NULL(XML_IO_ByMemList, "list", nullptr),
+    DOES_NOTHING(XML_IO_Grow, "stream", nullptr),
+    ANSWERS(2, XML_IO_SwitchEncoding, "stream", nullptr, 1),
+    ANSWERS(2, XML_IO_SwitchEncoding, "stream", nullptr, 0),
+    ANSWERS(0, XML_IO_Strncmp, "stream", nullptr, "<a", 2),
+    ANSWERS(0, XML_IO_Strncmp, "s", o.in, nullptr, 2),
+    ANSWERS(0, XML_IO_Strncasecmp, "stream", nullptr, "<a", 2),
+    ANSWERS(0, XML_IO_Strncasecmp, "s", o.in, nullptr, 2),
+    DOES_NOTHING(XML_IO_DestroyByMem, "stream", nullptr),
+    DOES_NOTHING(XML_IO_DestroyByFile, "stream", nullptr),
+    DOES_NOTHING(XML_IO_DestroyByMemList, "stream", nullptr),
+    // Output streams
+    IS_NULL(XML_IO_FileOutStreamCreate, "path", nullptr, 0, 0),
+    REFUSES(XML_IO_OutStreamAppend, "stream", nullptr, "x", 1),
+    ANSWERS(0, XML_IO_OutStreamAppend, "bytes", o.out.get(), nullptr, 1),
+    ANSWERS(0, XML_IO_OutStreamAppend, "both", nullptr, nullptr, 1),
+    REFUSES(XML_IO_OutStreamAppendSafe, "stream", nullptr, "x", 1),
+    ANSWERS(0, XML_IO_OutStreamAppendSafe, "bytes", o.out.get(), nullptr, 1),
+    ANSWERS(0, XML_IO_OutStreamAppendSafe, "both", nullptr, nullptr, 1),
+    REFUSES(XML_IO_OutStreamAppendString, "stream", nullptr, "x"),
+    ANSWERS(0, XML_IO_OutStreamAppendString, "s", o.out.get(), nullptr),
+    ANSWERS(0, XML_IO_OutStreamAppendString, "both", nullptr, nullptr),
+    IS_NULL(XML_IO_MemOutStreamGetBuf, "stream", nullptr, &o.number),
+    IS_NULL(XML_IO_MemOutStreamGetBuf, "both", nullptr, nullptr),
+    IS_NULL(XML_IO_MemOutStreamDetachBuf, "stream", nullptr, &o.number),
+    IS_NULL(XML_IO_MemOutStreamDetachBuf, "both", nullptr, nullptr),
+    DOES_NOTHING(XML_IO_MemOutStreamCleanBuf, "stream", nullptr),
+    DOES_NOTHING(XML_IO_FileOutStreamFlush, "stream", nullptr),
+    DOES_NOTHING(XML_IO_OutStreamDestroy, "stream", nullptr),
+};
+
+TEST(NullArguments, AreRefusedWithoutEffect) {
+    Objects objects;
+    const std::string before = objects.image();
+    for (const Case &row : kCases) {
+        SCOPED_TRACE(std::string(row.function) + " without " + row.missing);
+        const support::FaultyHeap heap(0);
+        const Result result = row.call(objects);
+        EXPECT_EQ(result, row.refusal);
+        EXPECT_EQ(heap.blocksInUse(), 0u);
+        EXPECT_EQ(objects.image(), before);
+    }
+}
+
+// The table above is complete: every function of the shared library is in it but those that take
+// no pointer.
+TEST(NullArguments, NoFunctionIsForgotten) {
+    std::set<std::string> expected;
+    std::ifstream list(COMPACTXML_SOURCE_DIR "/tests/exported_symbols.txt");
+    ASSERT_TRUE(list.is_open());
+    for (std::string name; std::getline(list, name);) expected.insert(name);
+    EXPECT_GT(expected.size(), 80u);
+    EXPECT_EQ(expected.erase("XML_DOM_EncodingEnumToStr"), 1u);
+    EXPECT_EQ(expected.erase("XML_IO_MemOutStreamCreate"), 1u);
+    std::set<std::string> covered;
+    for (const Case &row : kCases) covered.insert(row.function);
+    EXPECT_EQ(covered, expected);
+}
+
+// Missing outputs that may be missing, and messages for missing inputs.
+TEST(NullArguments, OptionalOnes) {
+    Objects o;
+    std::uint32_t length = 0;
+    EXPECT_NE(XML_IO_MemOutStreamGetBuf(o.out.get(), nullptr), nullptr);
+    EXPECT_STREQ(support::TextPtr(XML_DOM_NodeBegin2Str(o.element, 0, nullptr)).get(), "<p:e>");
+    EXPECT_STREQ(support::TextPtr(XML_DOM_NodeEnd2Str(o.element, &length)).get(), "</p:e>");
+    EXPECT_EQ(XML_Parser_ByMem("<a/>", 4, nullptr), XML_OK);
+    EXPECT_EQ(XML_Parser_ByMemList(&o.list, nullptr), XML_OK);
+    const support::NodePtr quiet(XML_DOM_BuildTreeByMem("<a/>", 4, 0, nullptr));
+    EXPECT_TRUE(quiet);
+    EXPECT_EQ(XML_DOM_BuildTreeByMem(nullptr, 4, sizeof o.error, o.error), nullptr);
+    EXPECT_STREQ(o.error, "Invalid parameter.");
+    o.error[0] = '\0';
+    EXPECT_EQ(XML_DOM_BuildTreeByFile(nullptr, sizeof o.error, o.error), nullptr);
+    EXPECT_STREQ(o.error, "Invalid parameter.");
+    o.error[0] = '\0';
+    EXPECT_EQ(XML_DOM_BuildTreeByMemList(nullptr, sizeof o.error, o.error), nullptr);
+    EXPECT_STREQ(o.error, "Invalid parameter.");
+}
+
+// The callbacks of the builder have no result: they fail the parse that they belong to.
+TEST(NullArguments, BuilderCallbacksFailTheParse) {
+    using Call = void (*)(Objects &);
+    const Call kCalls[] = {
+        [](Objects &o) {
+            XML_SAX_StartElementNs(&o.context, nullptr, nullptr, nullptr, 0, nullptr, 0, 0,
+                                   nullptr);
+        },
+        [](Objects &o) {
+            XML_SAX_StartElementNs(&o.context, "a", nullptr, nullptr, 1, nullptr, 0, 0, nullptr);
+        },
+        [](Objects &o) {
+            XML_SAX_StartElementNs(&o.context, "a", nullptr, nullptr, 0, nullptr, 1, 0, nullptr);
+        },
+        [](Objects &o) { XML_SAX_Characters(&o.context, nullptr, 1); },
+        [](Objects &o) { XML_SAX_CData(&o.context, nullptr, 1); },
+        [](Objects &o) { XML_SAX_EndDocument(&o.context); },  // no root
+    };
+    int number = 0;
+    for (const Call call : kCalls) {
+        Objects objects;
+        call(objects);
+        EXPECT_EQ(objects.context.status, 1) << number++;
+    }
+    // Without a handler or a state there is nothing to work on and nobody to tell.
+    Objects objects;
+    XML_Parser_Ctx bare{};
+    for (int withHandler = 0; withHandler < 2; ++withHandler) {
+        XML_SAX_Handler empty{};
+        bare.handler = withHandler ? &empty : nullptr;
+        XML_SAX_StartElementNs(&bare, "a", nullptr, nullptr, 0, nullptr, 0, 0, nullptr);
+        XML_SAX_EndElementNs(&bare, "a", nullptr, nullptr);
+        XML_SAX_Characters(&bare, "t", 1);
+        XML_SAX_CData(&bare, "t", 1);
+        XML_SAX_EndDocument(&bare);
+        XML_SAX_Error(&bare, "m");
+    }
+}
+
+}  // namespace
