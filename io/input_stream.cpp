@@ -151,21 +151,25 @@ uint32_t convertMore(InStream *stream) {
 }
 
 // Adds up what the bytes become. False for bytes that do not convert; a character cut off at their
-// end is good only if more input may come.
+// end is good only if more input may come. The converter gets little at a time: some convert far
+// ahead and do it all again when the output is full.
 bool measure(void *converter, const unsigned char *from, const unsigned char *to,
              bool mayBeIncomplete, uint64_t *total) {
-    char scratch[512];
-    ConvertSpan span{reinterpret_cast<const char *>(from), static_cast<std::size_t>(to - from),
-                     scratch, sizeof scratch};
-    for (;;) {
+    constexpr std::ptrdiff_t kWindow = 128;
+    constexpr std::size_t kMostGrowth = 4;  // ASCII into UTF-32
+    while (from != to) {
+        char scratch[kWindow * kMostGrowth + 8];  // and a byte order mark
+        const auto length = static_cast<std::size_t>(std::min(to - from, kWindow));
+        ConvertSpan span{reinterpret_cast<const char *>(from), length, scratch, sizeof scratch};
         const ConvertResult result = convert(converter, &span);
         *total += sizeof scratch - span.outputLeft;
-        if (result == ConvertResult::kDone) return true;
-        if (result == ConvertResult::kInputIncomplete) return mayBeIncomplete;
         if (result == ConvertResult::kInvalid) return false;
-        span.output = scratch;
-        span.outputLeft = sizeof scratch;
+        const bool last = static_cast<std::ptrdiff_t>(length) == to - from;
+        if (result == ConvertResult::kInputIncomplete && last) return mayBeIncomplete;
+        if (span.inputLeft == length) return false;  // no character fills a window
+        from += length - span.inputLeft;
     }
+    return true;
 }
 
 uint32_t startConversion(InStream *stream, uint32_t encoding) {

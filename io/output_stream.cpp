@@ -218,6 +218,13 @@ const Byte *skipMultibyte(uint32_t encoding, const Byte *p, const Byte *end) {
     return p;
 }
 
+// The converter gets no more at once than makes a chunk or two: some convert far ahead and do it
+// all again when the output is full.
+constexpr std::ptrdiff_t kWindowBytes = kChunkBytes;
+const Byte *windowEnd(const Byte *p, const Byte *end) {
+    return end - p > kWindowBytes ? p + kWindowBytes : end;
+}
+
 // Where the text that is worth one call of the converter ends: before the next long run of ASCII.
 const Byte *mixedEnd(const OutStream *stream, const Byte *p, const Byte *end) {
     constexpr std::ptrdiff_t kWorthCopying = 32;
@@ -237,17 +244,17 @@ uint32_t writeMixed(OutStream *stream, const char *bytes, uint32_t length, bool 
     Chunk chunk{stream};
     const auto *p = reinterpret_cast<const Byte *>(bytes);
     const Byte *const end = p + length;
-    bool splits = stream->splitsAtAscii;
+    const Byte *segmentEnd = stream->splitsAtAscii ? p : end;
     while (p != end) {
-        if (splits) {
+        if (p == segmentEnd) {
             const Byte *const asciiEnd = scanFor<NotAscii>(p, end);
             const uint32_t status = chunk.putAscii(reinterpret_cast<const char *>(p),
                                                    static_cast<std::size_t>(asciiEnd - p));
             if (status != XML_OK) return status;
             p = asciiEnd;
             if (p == end) break;
+            segmentEnd = mixedEnd(stream, p, windowEnd(p, end));
         }
-        const Byte *const segmentEnd = splits ? mixedEnd(stream, p, end) : end;
         ConvertSpan span{reinterpret_cast<const char *>(p),
                          static_cast<std::size_t>(segmentEnd - p), chunk.tail(), chunk.room()};
         const ConvertResult result = convert(stream->converter, &span);
@@ -259,7 +266,10 @@ uint32_t writeMixed(OutStream *stream, const char *bytes, uint32_t length, bool 
             if (status != XML_OK) return status;
         } else if (result == ConvertResult::kInputIncomplete) {
             if (segmentEnd != end) {
-                splits = false;  // what follows decides: the converter is to see it
+                // Cut off by the segment's end: the converter is to see what follows. No character
+                // fills a window.
+                if (span.inputLeft >= kChunkBytes) return XML_REFUSED;
+                segmentEnd = windowEnd(p, end);
                 continue;
             }
             if (span.inputLeft > kMostHeldBack) return XML_REFUSED;
