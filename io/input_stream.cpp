@@ -15,6 +15,7 @@ namespace cxml {
 namespace {
 
 constexpr uint32_t kBufferStep = 1024;
+constexpr std::ptrdiff_t kLongestMark = 4;  // bytes of a byte order mark
 
 enum class SourceKind : std::uint8_t { kMemory, kFile, kList };
 
@@ -28,6 +29,7 @@ struct InStream : XML_IO_InStream {
     SourceKind kind;
     bool ownsBuffer;     // base is a block of the stream's own
     bool ownsRawBuffer;  // rawBase is
+    bool sourceEnded;
     // What the blocks really hold: capacity grows in steps of 1024 bytes, a large block doubles.
     uint32_t allocated;
     uint32_t rawAllocated;
@@ -79,17 +81,9 @@ bool enlarge(InStream *stream) {
 }
 
 uint32_t readFile(uintptr_t source, uint32_t count, unsigned char *destination) {
-    constexpr std::size_t kMostAtOnce = 1u << 30;
-    const int fd = static_cast<int>(source);
-    uint32_t total = 0;
-    // A pipe may give less than it was asked for long before its end.
-    while (total < count) {
-        const ssize_t got =
-            read(fd, destination + total, std::min<std::size_t>(count - total, kMostAtOnce));
-        if (got <= 0) break;  // Intended: an error is the end of the input
-        total += static_cast<uint32_t>(got);
-    }
-    return total;
+    constexpr uint32_t kMostAtOnce = 1u << 30;
+    const ssize_t got = read(static_cast<int>(source), destination, std::min(count, kMostAtOnce));
+    return got > 0 ? static_cast<uint32_t>(got) : 0;  // Intended: an error is the end of the input
 }
 
 uint32_t readList(uintptr_t source, uint32_t count, unsigned char *destination) {
@@ -108,6 +102,14 @@ uint32_t readList(uintptr_t source, uint32_t count, unsigned char *destination) 
     return total;
 }
 
+// Asks the source for bytes. What has ended once, be it by an error, is not asked again.
+uint32_t readSource(InStream *stream, uint32_t count, unsigned char *destination) {
+    if (!stream->readFn || stream->sourceEnded || count == 0) return 0;
+    const uint32_t got = stream->readFn(stream->source, count, destination);
+    stream->sourceEnded = got == 0;
+    return got;
+}
+
 // Reads into the free room of the raw buffer, after dropping what has been converted.
 uint32_t refillRaw(InStream *stream) {
     if (!stream->readFn) return 0;
@@ -115,8 +117,7 @@ uint32_t refillRaw(InStream *stream) {
     std::memmove(stream->rawBase, stream->rawMark, left);
     stream->rawMark = stream->rawCur = stream->rawBase;
     stream->rawEnd = stream->rawBase + left;
-    if (left == stream->rawCapacity) return 0;
-    const uint32_t got = stream->readFn(stream->source, stream->rawCapacity - left, stream->rawEnd);
+    const uint32_t got = readSource(stream, stream->rawCapacity - left, stream->rawEnd);
     stream->rawEnd += got;
     return got;
 }
@@ -148,6 +149,19 @@ uint32_t convertMore(InStream *stream) {
             return added;
         }
     }
+}
+
+// Reads until enough is ahead: a pipe may give less than it was asked for long before its end.
+// Returns how many bytes that added.
+uint32_t readMore(InStream *stream) {
+    uint32_t added = 0;
+    uint32_t got = 0;
+    do {
+        got = readSource(stream, freeRoom(stream), stream->end);
+        stream->end += got;
+        added += got;
+    } while (got != 0 && stream->end - stream->cur < kReadAhead + kLongestMark);
+    return added;
 }
 
 // Adds up what the bytes become. False for bytes that do not convert; a character cut off at their
@@ -304,7 +318,7 @@ bool isSameWithoutByteOrder(uint32_t present, uint32_t declared) {
 struct ByteOrderMark {
     std::uint8_t length;
     std::uint8_t needed;  // bytes that must be there
-    unsigned char bytes[4];
+    unsigned char bytes[kLongestMark];
     uint32_t encoding;
 };
 
@@ -416,24 +430,19 @@ XML_IO_InStream *XML_IO_ByMemList(const XML_IO_MemList *list) noexcept {
 }
 
 void XML_IO_Grow(XML_IO_InStream *record) noexcept {
-    if (!record || record->state != kMoreMayCome || available(record) >= kReadAhead) return;
+    if (!record || record->state != kMoreMayCome || record->end - record->cur >= kReadAhead) return;
     auto *stream = static_cast<InStream *>(record);
     if (!stream->ownsBuffer) {
         stream->state = kExhausted;
         return;
     }
     compact(stream);
-    if (available(stream) + freeRoom(stream) < kReadAhead && !enlarge(stream)) {
+    if (int64_t{available(stream)} + freeRoom(stream) < kReadAhead && !enlarge(stream)) {
         stream->state = kMemoryFailure;
         return;
     }
-    uint32_t added = 0;
-    if (stream->encoding != XML_ENCODING_UTF_8) {
-        added = convertMore(stream);
-    } else if (stream->readFn) {
-        added = stream->readFn(stream->source, freeRoom(stream), stream->end);
-        stream->end += added;
-    }
+    const uint32_t added =
+        stream->encoding != XML_ENCODING_UTF_8 ? convertMore(stream) : readMore(stream);
     if (added == 0 && stream->state == kMoreMayCome) stream->state = kExhausted;
 }
 

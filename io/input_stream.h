@@ -1,6 +1,7 @@
 // io/input_stream.h - what the parser relies on in an input stream.
 #pragma once
 
+#include <cstddef>
 #include <cstdint>
 
 #include "compactxml.h"
@@ -18,6 +19,6 @@ enum StreamState : std::uint32_t {
 
 // XML_IO_Grow refills a buffer with fewer unread bytes than this. More than the longest literal
 // that the parser looks for.
-inline constexpr std::uint32_t kReadAhead = 64;
+inline constexpr std::ptrdiff_t kReadAhead = 64;
 
 }  // namespace cxml

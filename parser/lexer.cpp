@@ -167,8 +167,17 @@ void skipBlankRun(Parser *parser, Keep keep) noexcept {
         }
         if (p == start) return;
         input->cur += p - start;
-        refill(parser, keep);
-        if (p < limit) return;
+        const bool ended = p < limit;
+        if (keep == Keep::kNothing) {
+            // As if character by character: a refill comes before the mark moves behind its
+            // character.
+            if (p - start > 1) input->mark = input->cur - 1;
+            refill(parser, keep);
+            input->mark = input->cur;
+        } else {
+            refill(parser, keep);
+        }
+        if (ended) return;
     }
 }
 

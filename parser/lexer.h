@@ -23,7 +23,7 @@ namespace cxml {
 enum class Keep {
     kMark,     // everything from the mark on: the run is wanted whole
     kSnippet,  // no more than an error report shows
-    kNothing,  // the mark moves along with the read position
+    kNothing,  // white space: the mark follows the read position, after each refill
 };
 
 inline constexpr std::ptrdiff_t kSnippetBefore = 32;  // bytes shown before an error
@@ -63,7 +63,6 @@ inline void addLine(Parser *parser) {
 
 inline void refill(Parser *parser, Keep keep) {
     XML_IO_InStream *input = parser->input;
-    if (keep == Keep::kNothing) input->mark = input->cur;
     if (input->state != kMoreMayCome || input->end - input->cur >= kReadAhead) return;
     if (keep == Keep::kSnippet && input->cur - input->mark > kSnippetBefore) {
         input->mark = input->cur - kSnippetBefore;

@@ -90,9 +90,8 @@ Code XML_Parser_ParsePI(Parser *parser) noexcept {
         if (!copyFromMark(parser, lengthFromMark(parser))) return kNoMemory;
         code = reportInstruction(parser, parser->scratch.data(), parser->scratch.data() + dataAt);
     }
-    if (code != kAccepted) return code;
-    skipAscii(parser, 2);
-    return kAccepted;
+    skipAscii(parser, 2);  // also after a callback that failed: the report points behind it
+    return code;
 }
 
 }  // namespace cxml

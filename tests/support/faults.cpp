@@ -46,6 +46,7 @@ struct FileAccount {
     support::FilePlan plan;
     std::size_t transfers = 0;
     std::size_t reads = 0;
+    std::size_t bytesRead = 0;
     std::size_t writes = 0;
     std::size_t syncs = 0;
     long descriptors = 0;
@@ -145,7 +146,9 @@ ssize_t __wrap_read(int fd, void *buffer, std::size_t count) {
         ++files->reads;
         if (interfere(&count, &result)) return result;
     }
-    return __real_read(fd, buffer, count);
+    result = __real_read(fd, buffer, count);
+    if (files && result > 0) files->bytesRead += static_cast<std::size_t>(result);
+    return result;
 }
 
 ssize_t __wrap_write(int fd, const void *buffer, std::size_t count) {
@@ -212,6 +215,9 @@ FaultyFiles::~FaultyFiles() {
 
 std::size_t FaultyFiles::reads() const {
     return files->reads;
+}
+std::size_t FaultyFiles::bytesRead() const {
+    return files->bytesRead;
 }
 std::size_t FaultyFiles::writes() const {
     return files->writes;

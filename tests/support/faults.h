@@ -44,6 +44,7 @@ class FaultyFiles {
     FaultyFiles &operator=(const FaultyFiles &) = delete;
 
     std::size_t reads() const;
+    std::size_t bytesRead() const;
     std::size_t writes() const;
     std::size_t syncs() const;
     long openDescriptors() const;  // opens minus closes since construction
