@@ -277,7 +277,8 @@ int main(int argc, char **argv) {
         fs::create_directories(argv[2], error);
         return run(argv[1], argv[2]);
     }
-    std::string directory = (fs::temp_directory_path() / "compactxml-demo-XXXXXX").string();
+    std::string directory =
+        (fs::temp_directory_path() / "compactxml-demo-").string() + std::string(6, 'X');
     if (!mkdtemp(directory.data())) {
         std::perror("demo: no temporary directory");
         return 1;

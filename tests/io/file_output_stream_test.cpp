@@ -26,7 +26,7 @@ using support::StreamPtr;
 class FileOutputStream : public testing::Test {
   protected:
     void SetUp() override {
-        std::string pattern = testing::TempDir() + "compactxml-out-XXXXXX";
+        std::string pattern = testing::TempDir() + "compactxml-out-" + std::string(6, 'X');
         ASSERT_NE(mkdtemp(pattern.data()), nullptr);
         directory_ = pattern;
         path_ = directory_ + "/out.xml";

@@ -18,7 +18,7 @@ namespace support {
 // ---------------------------------------------------------------- files
 
 TemporaryFile::TemporaryFile(std::string_view content)
-    : path_(testing::TempDir() + "compactxml-XXXXXX") {
+    : path_(testing::TempDir() + "compactxml-" + std::string(6, 'X')) {
     const int fd = mkstemp(path_.data());
     if (fd < 0) throw std::runtime_error("no temporary file");
     while (!content.empty()) {
