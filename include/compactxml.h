@@ -8,16 +8,18 @@
  *                (0x40010001), unless its entry says otherwise. Functions that return a pointer
  *                return null where they refuse.
  *   Arguments    A missing (null) pointer is refused without side effects. An output pointer named
- *                lengthOut may be null. Getters answer null (or the value told) for a null
- * argument. Failure      A refused call leaves the tree or stream as it was; what was half made is
- * freed. Exhausted memory is a refusal like any other. Strings      Strings handed in are copied.
- * Strings handed out belong to the record they come from and live as long as it does, unless the
- * entry says that the caller frees them (always with free()). Lengths and sizes count bytes. Text
- * A tree built from a document holds its text in GB18030 (XML_ENCODING_GB18030); a tree built by
- * hand holds the bytes it was given, and the serializer reads them as GB18030. Threads      Nothing
- * is locked and nothing is shared: one tree, stream or parse belongs to one thread at a time, and
- * different ones may be used in parallel. Stack        No call recurses over its input; every call
- * gets by with a 64 KiB thread stack whatever the depth of the document.
+ *                lengthOut may be null. Getters answer null (or the value told) for null.
+ *   Failure      A refused call leaves the tree or stream as it was; what was half made is freed.
+ *                Exhausted memory is a refusal like any other.
+ *   Strings      Strings handed in are copied. Strings handed out belong to the record they come
+ *                from and live as long as it does, unless the entry says that the caller frees
+ *                them (always with free()). Lengths and sizes count bytes.
+ *   Text         A tree built from a document holds its text in GB18030; a tree built by hand
+ *                holds the bytes it was given, and the serializer reads them as GB18030.
+ *   Threads      Nothing is locked and nothing is shared: one tree, stream or parse belongs to one
+ *                thread at a time, and different ones may be used in parallel.
+ *   Stack        No call recurses over its input; every call gets by with a 64 KiB thread stack
+ *                whatever the depth of the document.
  */
 #ifndef COMPACTXML_H
 #define COMPACTXML_H
@@ -220,11 +222,11 @@ struct XML_IO_OutStream {
  *   error                  once, when the parse fails: format "The Line %d Column %d :\"%s\", %s"
  *                          with line, column, a snippet of the document (at most 63 bytes, UTF-8)
  *                          and the message
- *   startElementNs         local name, prefix (null if none), namespace name (null if none),
- *                          declarations made here: count and (prefix or null, namespace name)
- * pairs, attributes: count, 0, and groups of five: local name, prefix or null, namespace name or
- * null, value, pointer to the value's NUL endElementNs           local name, prefix, namespace
- * name, as for the start
+ *   startElementNs         local name, prefix (null if none), namespace name (null if none);
+ *                          declarations made here: count, and pairs of prefix (or null) and
+ *                          namespace name; attributes: count, 0, and groups of five: local name,
+ *                          prefix or null, namespace name or null, value, pointer to its NUL
+ *   endElementNs           local name, prefix, namespace name, as for the start
  */
 struct XML_SAX_Handler {
     void *reserved0[12];
@@ -352,8 +354,7 @@ COMPACTXML_API const char *XML_DOM_GetFirstCDataChildValue(const XML_DOM_Node *n
  * XML_CheckQName refuses the name, or for exhausted memory. */
 COMPACTXML_API XML_DOM_Node *XML_DOM_CreateElementNode(const char *name) COMPACTXML_NOEXCEPT;
 
-/* Creates a detached element without checking its name. Null for a null name or exhausted memory.
- */
+/* Creates a detached element, its name unchecked. Null for a null name or exhausted memory. */
 COMPACTXML_API XML_DOM_Node *XML_DOM_CreateElementNodeInner(const char *name) COMPACTXML_NOEXCEPT;
 
 /* Creates a detached node that has a value, from counted bytes.
@@ -383,8 +384,7 @@ COMPACTXML_API XML_DOM_Node *XML_DOM_CreateCDataNode(const char *text) COMPACTXM
 COMPACTXML_API XML_DOM_Node *XML_DOM_CreateElementWithText(const char *name,
                                                            const char *text) COMPACTXML_NOEXCEPT;
 
-/* Creates a detached element with one CDATA child; otherwise as XML_DOM_CreateElementWithText.
- */
+/* Creates a detached element with one CDATA child; otherwise as XML_DOM_CreateElementWithText. */
 COMPACTXML_API XML_DOM_Node *XML_DOM_CreateElementWithCData(const char *name,
                                                             const char *text) COMPACTXML_NOEXCEPT;
 
@@ -521,9 +521,10 @@ COMPACTXML_API uint32_t XML_DOM_SetNodeDefineNsVal(XML_DOM_Node *element, const 
 
 /* Declares a prefix without looking at the pair.
  *
- *   prefix         null for the default namespace; "" is the same prefix but is stored and written
- * as "" namespaceName  stored as it is replace        0 refuses a prefix that is there already,
- * other values replace its namespace name
+ *   prefix         null for the default namespace; "" is the same prefix but is stored and
+ *                  written as ""
+ *   namespaceName  stored as it is
+ *   replace        0 refuses a prefix that is there already, other values replace its name
  *
  * Refuses a null element or namespace name; exhausted memory. */
 COMPACTXML_API uint32_t XML_DOM_AddNodeNameSpaceInner(XML_DOM_Node *element, const char *prefix,
@@ -533,7 +534,7 @@ COMPACTXML_API uint32_t XML_DOM_AddNodeNameSpaceInner(XML_DOM_Node *element, con
 /* Sets the prefix of an element's name.
  *
  *   prefix       declared on the element or above, or "xml"; null or empty removes the prefix,
- * which leaves the element in the default namespace that is in scope
+ *                which leaves the element in the default namespace that is in scope
  *
  * Refuses a node that is no element, and an undeclared prefix. */
 COMPACTXML_API uint32_t XML_DOM_SetNodeNameSpace(XML_DOM_Node *element,
@@ -600,8 +601,8 @@ COMPACTXML_API uint32_t XML_DOM_TranslateStr(const XML_DOM_Node *node, uint32_t 
 
 /* Writes as XML_DOM_TranslateStr does, asking a callback for the text of each text node.
  *
- *   state        see XML_DOM_TranslateState; may be null. A callback that returns null fails the
- * call */
+ *   state        see XML_DOM_TranslateState; may be null. A callback that returns null fails
+ *                the call */
 COMPACTXML_API uint32_t XML_DOM_TranslateStrEx(const XML_DOM_Node *node, uint32_t flags,
                                                XML_DOM_TranslateState *state, char **bufferOut,
                                                uint32_t *lengthOut) COMPACTXML_NOEXCEPT;
@@ -830,8 +831,7 @@ COMPACTXML_API void XML_IO_MemOutStreamCleanBuf(XML_IO_OutStream *stream) COMPAC
 /* Calls fsync on the file of a file stream; does nothing for others. */
 COMPACTXML_API void XML_IO_FileOutStreamFlush(XML_IO_OutStream *stream) COMPACTXML_NOEXCEPT;
 
-/* Releases a stream; null does nothing. A file is closed but not synced; bytes held back are lost.
- */
+/* Releases a stream; null does nothing. The file is closed, not synced; held-back bytes are lost. */
 COMPACTXML_API void XML_IO_OutStreamDestroy(XML_IO_OutStream *stream) COMPACTXML_NOEXCEPT;
 
 #ifdef __cplusplus

@@ -22,9 +22,8 @@ enum class SourceKind : std::uint8_t { kMemory, kFile, kList };
 // The main buffer is the caller's memory for a memory stream that does not convert; while one
 // converts, that memory is the raw buffer:
 //
-//   source ──readFn──▶ [rawBase .. rawMark .. rawEnd] ──iconv──▶ [base .. mark .. cur .. end] ──▶
-//   parser
-//                        not yet converted                         kept        unread
+//   source ──readFn──▶ [rawBase · rawMark · rawEnd] ──iconv──▶ [base · mark · cur · end] ──▶ parser
+//                         not yet converted                      kept    unread
 struct InStream : XML_IO_InStream {
     SourceKind kind;
     bool ownsBuffer;     // base is a block of the stream's own

@@ -474,6 +474,36 @@ TEST(SwitchEncoding, ByteOrderLeftOpen) {
     }
 }
 
+// A byte order mark behind the position tells the order to a name that leaves it open.
+TEST(SwitchEncoding, MarkBehindThePosition) {
+    constexpr struct {
+        std::uint32_t encoding;
+        std::string_view bytes;
+    } kRows[] = {
+        {XML_ENCODING_UTF_16, "\xFE\xFF\0a\x4E\x2D"sv},
+        {XML_ENCODING_UTF_16,
+         "\xFF\xFE"
+         "a\0\x2D\x4E"sv},
+        {XML_ENCODING_UTF_32, "\0\0\xFE\xFF\0\0\0a\0\0\x4E\x2D"sv},
+        {XML_ENCODING_UTF_32, "\xFF\xFE\0\0a\0\0\0\x2D\x4E\0\0"sv},
+        {XML_ENCODING_UCS_4, "\0\0\0a\0\0\x4E\x2D"sv},
+    };
+    for (const auto &row : kRows) {
+        const support::Conversion expected =
+            support::convertWhole(row.encoding, XML_ENCODING_UTF_8, row.bytes);
+        ASSERT_EQ(expected.error, 0);
+        for (const Feed &feed : feedsOf("<!" + std::string(row.bytes))) {
+            SCOPED_TRACE(support::printable(row.bytes) + ", " + feed.name());
+            XML_IO_InStream *stream = feed.open();
+            stream->cur += 2;
+            stream->mark = stream->cur;
+            EXPECT_EQ(XML_IO_SwitchEncoding(stream, row.encoding), 0u);
+            EXPECT_EQ(unread(stream), expected.bytes);
+            feed.close(stream);
+        }
+    }
+}
+
 // To and fro any number of times, a few characters each time.
 TEST(SwitchEncoding, ToAndFro) {
     for (const std::uint32_t encoding : kConverted) {

@@ -100,6 +100,33 @@ TEST(ParserNamespaces, RedeclaredAndRestored) {
         {"gone behind its end tag", "<a><p:b xmlns:p='1'></p:b><b p:c=''/></a>", 201, 1, 36});
 }
 
+// At every level: a binding is gone behind its element, and the one that it hid is back.
+TEST(ParserNamespaces, GoneAtEveryLevel) {
+    for (int level = 1; level <= 12; ++level) {
+        std::string before;
+        std::string behind;
+        for (int i = 0; i < level; ++i) {
+            before += "<a>";
+            behind += "</a>";
+        }
+        const std::string sibling = "<b xmlns:p='1' xmlns='2'><p:c/></b>";
+        expectRefused({"used by a sibling", before + sibling + "<p:d/>" + behind, 201, 1,
+                       3 * level + static_cast<int>(sibling.size()) + 5});
+        expectRefused({"used by an attribute of a sibling",
+                       before + sibling + "<d p:e=''/>" + behind, 201, 1,
+                       3 * level + static_cast<int>(sibling.size()) + 10});
+        const std::string inner = "<o xmlns:p='0'>" + before + sibling + "<p:d/>" + behind + "</o>";
+        const support::RecordedParse parse = support::expectSameThroughEveryFeed(inner, "hidden");
+        EXPECT_EQ(parse.result, XML_OK);
+        bool found = false;
+        for (const std::string &call : parse.calls) {
+            found |=
+                call.rfind("startElementNs \"d\" prefix \"p\" uri \"0\" ns [] attrs []", 0) == 0;
+        }
+        EXPECT_TRUE(found) << parse;
+    }
+}
+
 TEST(ParserNamespaces, XmlPrefix) {
     expectAccepted({"built in",
                     "<a xml:lang='de'/>",
