@@ -83,13 +83,27 @@ void check(const char *name) {
 
 }  // namespace
 
-TEST(ByteScan, TextStopsWhereThePlainLoopDoes) { check<NotPlainOr<'<', '&', ']'>>("text"); }
-TEST(ByteScan, ValueStopsWhereThePlainLoopDoes) { check<NotPlainOr<'"', '<', '&'>>("value"); }
-TEST(ByteScan, CommentStopsWhereThePlainLoopDoes) { check<NotPlainOr<'-'>>("comment"); }
-TEST(ByteScan, SpecialsStopWhereThePlainLoopDoes) { check<AnyOf<'<', '>', '&'>>("specials"); }
-TEST(ByteScan, BlanksStopWhereThePlainLoopDoes) { check<AnythingBut<' '>>("blanks"); }
-TEST(ByteScan, AsciiStopsWhereThePlainLoopDoes) { check<NotAscii>("ascii"); }
-TEST(ByteScan, NamesStopWhereThePlainLoopDoes) { check<NotAsciiNameChar>("names"); }
+TEST(ByteScan, TextStopsWhereThePlainLoopDoes) {
+    check<NotPlainOr<'<', '&', ']'>>("text");
+}
+TEST(ByteScan, ValueStopsWhereThePlainLoopDoes) {
+    check<NotPlainOr<'"', '<', '&'>>("value");
+}
+TEST(ByteScan, CommentStopsWhereThePlainLoopDoes) {
+    check<NotPlainOr<'-'>>("comment");
+}
+TEST(ByteScan, SpecialsStopWhereThePlainLoopDoes) {
+    check<AnyOf<'<', '>', '&'>>("specials");
+}
+TEST(ByteScan, BlanksStopWhereThePlainLoopDoes) {
+    check<AnythingBut<' '>>("blanks");
+}
+TEST(ByteScan, AsciiStopsWhereThePlainLoopDoes) {
+    check<NotAscii>("ascii");
+}
+TEST(ByteScan, NamesStopWhereThePlainLoopDoes) {
+    check<NotAsciiNameChar>("names");
+}
 
 TEST(ByteScan, AsciiOfEveryLength) {
     for (std::size_t length = 0; length < 70; ++length) {

@@ -23,7 +23,8 @@ TEST(Memory, BoundedCopyNeverPassesItsSize) {
         std::string room = "######";
         copyBounded(room.data(), size, "abc");
         const std::string expected =
-            size == 0 ? "" : std::string("abc").substr(0, std::min<std::size_t>(size - 1, 3)) + '\0';
+            size == 0 ? ""
+                      : std::string("abc").substr(0, std::min<std::size_t>(size - 1, 3)) + '\0';
         EXPECT_EQ(room.substr(0, expected.size()), expected) << size;
         EXPECT_EQ(room.substr(expected.size()), std::string(6 - expected.size(), '#')) << size;
     }
