@@ -97,11 +97,7 @@ uint32_t XML_DOM_AddNodeNameSpaceInner(XML_DOM_Node *element, const char *prefix
     }
     if (!replace) return XML_REFUSED;
     if (std::strcmp(decl->namespaceName, namespaceName) == 0) return XML_OK;
-    char *copy = copyString(namespaceName);
-    if (!copy) return XML_REFUSED;
-    std::free(decl->namespaceName);
-    decl->namespaceName = copy;
-    return XML_OK;
+    return replaceString(&decl->namespaceName, namespaceName) ? XML_OK : XML_REFUSED;
 }
 
 uint32_t XML_DOM_SetNodeNameSpace(XML_DOM_Node *element, const char *prefix) noexcept {

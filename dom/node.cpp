@@ -222,22 +222,14 @@ uint32_t XML_DOM_SetNodeName(XML_DOM_Node *node, const char *name) noexcept {
     if (!node || XML_CheckQName(name) != XML_OK || node->type != XML_DOM_NODE_ELEMENT) {
         return XML_REFUSED;
     }
-    char *copy = copyString(name);
-    if (!copy) return XML_REFUSED;
-    std::free(node->name);
-    node->name = copy;
-    return XML_OK;
+    return replaceString(&node->name, name) ? XML_OK : XML_REFUSED;
 }
 
 uint32_t XML_DOM_SetNodeValue(XML_DOM_Node *node, const char *value) noexcept {
     if (!node || !value || value[0] == '\0') return XML_REFUSED;
     if (value == node->value) return XML_OK;  // Intended: before the type is looked at
     if (node->type != XML_DOM_NODE_TEXT && node->type != XML_DOM_NODE_CDATA) return XML_REFUSED;
-    char *copy = copyString(value);
-    if (!copy) return XML_REFUSED;
-    std::free(node->value);
-    node->value = copy;
-    return XML_OK;
+    return replaceString(&node->value, value) ? XML_OK : XML_REFUSED;
 }
 
 int XML_Strcmp(const char *a, const char *b) noexcept {

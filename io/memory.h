@@ -16,6 +16,9 @@ inline char *copyString(const char *text) noexcept {
     return copyBytes(text, std::strlen(text));
 }
 
+// Replaces an owned string by a copy of another. On failure the old one stays.
+[[nodiscard]] bool replaceString(char **owned, const char *text) noexcept;
+
 // Copies as much of text as fits into size bytes, NUL included; writes nothing for a size of 0.
 void copyBounded(char *destination, std::size_t size, const char *text) noexcept;
 
