@@ -9,10 +9,6 @@
 namespace cxml {
 namespace {
 
-bool isEmpty(const char *text) {
-    return !text || text[0] == '\0';
-}
-
 const char *namespaceNameOf(const XML_DOM_NsDecl *decl) {
     return decl ? decl->namespaceName : nullptr;
 }

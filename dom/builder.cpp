@@ -43,10 +43,6 @@ TreeString convertString(XML_IO_OutStream *stream, const char *text) {
     return {bytes, length - std::size_t{1}};
 }
 
-bool isEmpty(const char *prefix) {
-    return !prefix || *prefix == '\0';
-}
-
 std::size_t countDeclarations(const XML_DOM_Node *element) {
     std::size_t count = 0;
     for (const XML_DOM_NsDecl *decl = element->firstNsDecl; decl; decl = decl->next) ++count;

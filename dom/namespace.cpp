@@ -16,8 +16,8 @@ constinit const XML_DOM_NsDecl kXmlDecl = {nullptr, const_cast<char *>("xml"),
 
 // Turns a pair of arguments into what is declared; false if it cannot be.
 bool XML_DOM_NormalizeNsPair(const char **prefix, const char **namespaceName) {
-    if (*prefix && **prefix == '\0') *prefix = nullptr;
-    if (*namespaceName && **namespaceName != '\0') return true;
+    if (isEmpty(*prefix)) *prefix = nullptr;
+    if (!isEmpty(*namespaceName)) return true;
     if (*prefix) return false;  // no prefix can be bound to the empty name
     *namespaceName = "";        // undeclares the default namespace
     return true;
@@ -103,7 +103,7 @@ uint32_t XML_DOM_AddNodeNameSpaceInner(XML_DOM_Node *element, const char *prefix
 uint32_t XML_DOM_SetNodeNameSpace(XML_DOM_Node *element, const char *prefix) noexcept {
     if (!element || element->type != XML_DOM_NODE_ELEMENT) return XML_REFUSED;
     XML_DOM_NsDecl *decl = nullptr;
-    if (prefix && prefix[0] != '\0') {
+    if (!isEmpty(prefix)) {
         decl = XML_DOM_LookupNsByPrefix(element, prefix);
         if (!decl) return XML_REFUSED;
     }

@@ -7,6 +7,11 @@
 
 namespace cxml {
 
+// Whether a string is missing or "", which for a prefix is the same.
+inline bool isEmpty(const char *text) noexcept {
+    return !text || *text == '\0';
+}
+
 // The record that the prefix "xml" resolves to where nobody declares it. Never freed, never linked.
 XML_DOM_NsDecl *builtinXmlDecl() noexcept;
 

@@ -3,6 +3,7 @@
 #include "dom/encoding.h"
 #include "io/byte_scan.h"
 #include "io/output_stream.h"
+#include "parser/char_class.h"
 
 namespace cxml {
 namespace {
@@ -71,10 +72,6 @@ uint32_t putString(Writer &writer, const char *text) {
     return text ? writer.put(text, std::strlen(text)) : XML_OK;
 }
 
-bool isBlank(char c) {
-    return c == '\n' || c == '\r' || c == ' ' || c == '\t';
-}
-
 template <class Writer>
 uint32_t writeBlankReference(Writer &writer, char blank) {
     switch (blank) {
@@ -106,7 +103,7 @@ template <class Writer>
 uint32_t writeText(Writer &writer, const char *text) {
     if (!text) return XML_REFUSED;
     uint32_t sum = XML_OK;
-    if (isBlank(*text)) sum = writeBlankReference(writer, *text++);
+    if (XML_Parser_IsBlank(*text)) sum = writeBlankReference(writer, *text++);
     const auto *p = reinterpret_cast<const Byte *>(text);
     const Byte *const end = p + std::strlen(text);
     for (;;) {
@@ -114,7 +111,7 @@ uint32_t writeText(Writer &writer, const char *text) {
         const auto *run = reinterpret_cast<const char *>(p);
         auto length = static_cast<std::size_t>(special - p);
         if (special == end) {
-            const bool protect = length != 0 && isBlank(run[length - 1]);
+            const bool protect = length != 0 && XML_Parser_IsBlank(run[length - 1]);
             if (protect) --length;
             sum = plus(sum, writer.put(run, length));
             if (protect) sum = plus(sum, writeBlankReference(writer, run[length]));
