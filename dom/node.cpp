@@ -28,13 +28,6 @@ const char *firstChildValue(const XML_DOM_Node *node, uint32_t type) {
     return nullptr;
 }
 
-XML_DOM_Node *newTextual(uint32_t type, const char *text) {
-    if (!text) return nullptr;
-    const std::size_t length = std::strlen(text);
-    if (length > UINT32_MAX) return nullptr;
-    return XML_DOM_CreateTextualNodeInner(type, text, static_cast<uint32_t>(length));
-}
-
 XML_DOM_Node *newElementWith(uint32_t childType, const char *name, const char *text) {
     NodeOwner element{XML_DOM_CreateElementNode(name)};
     if (!element || !text) return element.release();
@@ -42,11 +35,6 @@ XML_DOM_Node *newElementWith(uint32_t childType, const char *name, const char *t
     if (!child) return nullptr;
     linkLastChild(element.get(), child);
     return element.release();
-}
-
-bool isAtOrAbove(const XML_DOM_Node *candidate, const XML_DOM_Node *node) {
-    while (node && node != candidate) node = node->parent;
-    return node != nullptr;
 }
 
 }  // namespace
@@ -71,6 +59,18 @@ XML_DOM_Node *newElement(const char *name, std::size_t length) noexcept {
     if (!node) return nullptr;
     node->name = copyBytes(name, length);
     return node->name ? node.release() : nullptr;
+}
+
+XML_DOM_Node *newTextual(uint32_t type, const char *text) noexcept {
+    if (!text) return nullptr;
+    const std::size_t length = std::strlen(text);
+    if (length > UINT32_MAX) return nullptr;
+    return XML_DOM_CreateTextualNodeInner(type, text, static_cast<uint32_t>(length));
+}
+
+bool isAtOrAbove(const XML_DOM_Node *candidate, const XML_DOM_Node *node) noexcept {
+    while (node && node != candidate) node = node->parent;
+    return node != nullptr;
 }
 
 void linkLastChild(XML_DOM_Node *parent, XML_DOM_Node *child) noexcept {
@@ -195,10 +195,7 @@ XML_DOM_Node *XML_DOM_CreateElementWithCData(const char *name, const char *text)
 }
 
 uint32_t XML_DOM_AddChildNode(XML_DOM_Node *parent, XML_DOM_Node *child) noexcept {
-    if (!parent || !child) return XML_REFUSED;
-    if (parent->type != XML_DOM_NODE_ELEMENT) return XML_REFUSED;
-    if (child->parent) return XML_REFUSED;
-    if (child->docInfo) return XML_REFUSED;
+    if (!parent || !child || !takesChild(parent, child)) return XML_REFUSED;
     // A cycle would send every later walk round for ever. Only a child with children can be above.
     if (child == parent || (child->firstChild && isAtOrAbove(child, parent))) return XML_REFUSED;
     linkLastChild(parent, child);  // Intended: the child's own next-sibling field stays

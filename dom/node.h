@@ -22,6 +22,17 @@ XML_DOM_Node *XML_DOM_FindPrevSibling(const XML_DOM_Node *parent,
 // A detached element from a name of known length.
 XML_DOM_Node *newElement(const char *name, std::size_t length) noexcept;
 
+// A detached text or CDATA node from a NUL-terminated value; null also for no value and one of 4 GB.
+XML_DOM_Node *newTextual(uint32_t type, const char *text) noexcept;
+
+// Whether a node is another one or stands above it.
+bool isAtOrAbove(const XML_DOM_Node *candidate, const XML_DOM_Node *node) noexcept;
+
+// Whether an element may take this child, but for the question of cycles.
+inline bool takesChild(const XML_DOM_Node *parent, const XML_DOM_Node *child) noexcept {
+    return parent->type == XML_DOM_NODE_ELEMENT && !child->parent && !child->docInfo;
+}
+
 // Appends a detached node to an element.
 void linkLastChild(XML_DOM_Node *parent, XML_DOM_Node *child) noexcept;
 

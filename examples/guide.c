@@ -165,6 +165,38 @@ static XML_DOM_Node *buildInterface(void) {
 }
 /* [build end] */
 
+static int selectAndCopy(void) {
+    static const char document[] =
+        "<config><vlans><vlan><id>10</id><name>office</name></vlan></vlans><backup/></config>";
+    XML_DOM_Node *root = XML_DOM_BuildTreeByMem(document, sizeof document - 1, 0, NULL);
+    int good = 1;
+
+    /* [select] */
+    unsigned long long id = 0;
+    if (XML_DOM_GetSelectSingleNodeAsUInt64(root, "vlans/vlan/id", &id) == XML_OK) {
+        char path[128];
+        XML_DOM_Node *vlan = XML_DOM_SelectSingleNode(root, "/config/vlans/vlan");
+        XML_DOM_GetXPath(vlan, sizeof path, path); /* "/config/vlans[1]/vlan[1]" */
+        printf("VLAN %llu at %s is %s\n", id, path, XML_DOM_GetSelectSingleNodeText(vlan, "name"));
+    }
+    /* [select end] */
+    good &= check(id == 10, "the identifier was not found");
+
+    /* [copy] */
+    XML_DOM_Node *vlans = XML_DOM_SelectSingleNode(root, "vlans");
+    XML_DOM_Node *backup = XML_DOM_SelectSingleNode(root, "backup");
+    uint32_t result = XML_DOM_CopySubTree(backup, vlans); /* all children of vlans */
+    XML_DOM_Node *archive = XML_DOM_CopyRoot(root);       /* a new document: <config/> */
+    if (result == XML_OK) result = XML_DOM_AdoptChildren(backup, archive); /* moved there */
+    /* [copy end] */
+    good &= check(result == XML_OK && XML_DOM_SelectSingleNode(archive, "vlan/id") != NULL &&
+                      XML_DOM_GetFirstChild(backup) == NULL,
+                  "the copy did not arrive");
+    XML_DOM_DelNode(archive);
+    XML_DOM_DelNode(root);
+    return good;
+}
+
 static int changeTree(void) {
     static const char document[] =
         "<vlan id='10'><name>office</name><isolated/><mtu>1500</mtu></vlan>";
@@ -256,7 +288,8 @@ int main(int argc, char **argv) {
         fprintf(stderr, "usage: guide DOCUMENT FILE_TO_WRITE\n");
         return EXIT_FAILURE;
     }
-    int good = readFile(argv[1]) & readValues() & useChinese() & changeTree() & handleErrors();
+    int good = readFile(argv[1]) & readValues() & selectAndCopy() & useChinese() & changeTree() &
+               handleErrors();
 
     XML_DOM_Node *vlans = readPieces();
     const char *text = XML_DOM_GetFirstTextChildValue(XML_DOM_GetFirstChild(vlans));

@@ -45,6 +45,7 @@ extern "C" {
 
 #define XML_OK 0u               /* success */
 #define XML_REFUSED 0x40010001u /* an invalid argument or a failed operation */
+#define XML_MISSING 0x20010002u /* a missing argument, of XML_DOM_ScanTree */
 
 /* Types of a node. */
 #define XML_DOM_NODE_ELEMENT 1u /* a name; may have attributes, declarations and children */
@@ -67,6 +68,10 @@ extern "C" {
 #define XML_ENCODING_UCS_4LE 12u
 #define XML_ENCODING_UNKNOWN 13u
 
+/* Flags of a step of a path. */
+#define DOM_XPATH_ROOT_STEP 1u /* the step stood behind a slash of its own: it names the root */
+#define DOM_XPATH_NO_NODE 2u   /* the step selects nothing; no parser sets it */
+
 /* Serialization flags: bit 0 leaves out the XML declaration; all other bits are ignored. */
 #define XML_DOM_NO_DECLARATION 1u
 
@@ -81,6 +86,7 @@ typedef struct XML_DOM_DocInfo XML_DOM_DocInfo;
 typedef struct XML_DOM_Attr XML_DOM_Attr;
 typedef struct XML_DOM_NsDecl XML_DOM_NsDecl;
 typedef struct XML_DOM_TranslateState XML_DOM_TranslateState;
+typedef struct DOM_XPath_Cursor DOM_XPath_Cursor;
 typedef struct XML_IO_MemChunk XML_IO_MemChunk;
 typedef struct XML_IO_MemList XML_IO_MemList;
 typedef struct XML_IO_MemListCursor XML_IO_MemListCursor;
@@ -142,6 +148,14 @@ struct XML_DOM_TranslateState {
     uint32_t depth;
     void *userData;
     const char *(*textCallback)(XML_DOM_Node *text, XML_DOM_TranslateState *state, void *userData);
+};
+
+/* How far a path has been read, for callers that apply a path step by step. Zero the whole record,
+ * then point rest at a copy of the path that may be written. */
+struct DOM_XPath_Cursor {
+    char *rest;     /* what has not been read; null when the path is used up */
+    char step[256]; /* name of the current step, cut to 255 bytes */
+    uint32_t flags; /* DOM_XPATH_* */
 };
 
 /* One piece of a document that lies in several buffers. The bytes are the caller's and are never
@@ -266,6 +280,9 @@ struct XML_Parser_Ctx {
 
 /* Takes a piece of text. Returns 0, or any other number for failure. */
 typedef uint32_t (*XML_WriteFn)(void *context, const char *bytes, uint32_t length);
+
+/* Takes a node of a scan; reserved is 0. Returns 0 to go on, any other number to end the scan. */
+typedef uint32_t (*XML_DOM_VisitFn)(XML_DOM_Node *node, void *userData, uint32_t reserved);
 
 /* ---------------------------------------------------------------- encodings */
 
@@ -433,8 +450,132 @@ COMPACTXML_API void XML_DOM_Clip(XML_DOM_Node *node) COMPACTXML_NOEXCEPT;
  * recursion. */
 COMPACTXML_API void XML_DOM_DelNode(XML_DOM_Node *node) COMPACTXML_NOEXCEPT;
 
+/* Moves all children of one node, in order, behind the children of an element.
+ *
+ *   from         null, and a node without children, have nothing to move; so has to itself
+ *   to           an element
+ *
+ * Returns 0 when all are moved. Intended: at the first child that XML_DOM_AddChildNode refuses for
+ * this parent (the first one, if to is null or no element; one that stands above to) it returns
+ * XML_REFUSED, with the children before it moved, those behind it still under from, and this child
+ * detached, so that whoever holds no pointer to it has lost it.
+ * Cost: one step for each child, and for each ancestor of to. */
+COMPACTXML_API uint32_t XML_DOM_AdoptChildren(XML_DOM_Node *from,
+                                              XML_DOM_Node *to) COMPACTXML_NOEXCEPT;
+
+/* Copies one node without its children.
+ *
+ *   node         of an element the name, declarations, prefix and attributes are copied; prefixes
+ *                that it takes from above are declared on the copy
+ *
+ * Returns the copy, detached; the caller attaches it or frees it with XML_DOM_DelNode. Null for
+ * exhausted memory, and for an element that uses a prefix which is declared nowhere at or above. */
+COMPACTXML_API XML_DOM_Node *XML_DOM_CopyNode(const XML_DOM_Node *node) COMPACTXML_NOEXCEPT;
+
+/* Appends deep copies of all children of one node to an element; the node's own name, attributes
+ * and declarations are not copied.
+ *
+ *   target       an element, which may be the source or stand below it: what this call appends is
+ *                not copied again
+ *   source       never changed, but by being the target
+ *
+ * Intended: a prefix that is declared in the copy's new place keeps that meaning, even where it
+ * stood for another namespace in the old one. Other prefixes are declared on the copied element that
+ * uses them. Refuses a null argument, a target that is no element, exhausted memory and a prefix
+ * declared nowhere; whatever was appended is then gone again.
+ * Cost: linear in what is copied, and in the declarations above both nodes. */
+COMPACTXML_API uint32_t XML_DOM_CopySubTree(XML_DOM_Node *target,
+                                            const XML_DOM_Node *source) COMPACTXML_NOEXCEPT;
+
+/* Makes a new document whose root is a copy of the root of the node's document, without children,
+ * of the same version and encoding.
+ *
+ * Returns the new root, which the caller frees with XML_DOM_DelNode. Null for a node without a
+ * document, and as XML_DOM_CopyNode. */
+COMPACTXML_API XML_DOM_Node *XML_DOM_CopyRoot(const XML_DOM_Node *node) COMPACTXML_NOEXCEPT;
+
 /* Compares two strings as strcmp does, a null string counting as the empty one. */
 COMPACTXML_API int XML_Strcmp(const char *a, const char *b) COMPACTXML_NOEXCEPT;
+
+/* ---------------------------------------------------------------- paths and scans */
+
+/* Writes where a node stands, as "/root/name[position]/...".
+ *
+ *   size         bytes at buffer, room for the final NUL included
+ *   buffer       takes the path, cut to size; always ends in NUL
+ *
+ * Each step below the root has a position, counted from 1 among siblings of the same name. Names
+ * are written as stored, in GB18030 and without prefix; a text or CDATA node has the path of its
+ * parent. Returns the length in bytes of what stands in the buffer; 0, with nothing written, for a
+ * missing argument or a size of 0. Cost: the depth, and the siblings before each step written. */
+COMPACTXML_API uint32_t XML_DOM_GetXPath(const XML_DOM_Node *node, uint32_t size,
+                                         char *buffer) COMPACTXML_NOEXCEPT;
+
+/* Visits a node, all below it, and its following siblings with all below them, in document order.
+ *
+ *   visit        must not change the tree; any result but 0 ends the scan
+ *   userData     handed to visit
+ *
+ * Returns 0; XML_REFUSED when visit ended the scan, whatever number it returned; XML_MISSING for a
+ * null node or function. */
+COMPACTXML_API uint32_t XML_DOM_ScanTree(XML_DOM_Node *node, XML_DOM_VisitFn visit,
+                                         void *userData) COMPACTXML_NOEXCEPT;
+
+/* Selects one element by the names on the way to it.
+ *
+ *   context      where the path begins
+ *   path         "a/b" selects the first child b of the first child a of context; "/r/a" begins at
+ *                the root, named r, and only succeeds from a node that bears the root's name.
+ *                GB18030, compared as stored: local names without prefix. Cut to 1023 bytes, each
+ *                step to 255
+ *
+ * There are no positions, wildcards or attributes, and no second try with a later sibling. A path
+ * that is empty or ends in a slash selects nothing, but for "/", which is the root. A slash behind
+ * a slash begins at the root again. Returns the element, or null. */
+COMPACTXML_API XML_DOM_Node *XML_DOM_SelectSingleNode(const XML_DOM_Node *context,
+                                                      const char *path) COMPACTXML_NOEXCEPT;
+
+/* The value of the first text child of the element that a path selects; it belongs to the tree.
+ * Null if nothing is selected or there is no text child; a CDATA child is none. */
+COMPACTXML_API const char *XML_DOM_GetSelectSingleNodeText(const XML_DOM_Node *context,
+                                                           const char *path) COMPACTXML_NOEXCEPT;
+
+/* Reads the text of XML_DOM_GetSelectSingleNodeText as a decimal integer, as sscanf("%lld") would:
+ * white space before it and anything behind it are passed over, a number out of range becomes the
+ * nearest one.
+ *
+ *   valueOut     takes the number; untouched when refused
+ *
+ * Refuses a missing text and one that does not begin with a number. */
+COMPACTXML_API uint32_t XML_DOM_GetSelectSingleNodeAsInt64(const XML_DOM_Node *context,
+                                                           const char *path, long long *valueOut)
+    COMPACTXML_NOEXCEPT;
+
+/* The same for an unsigned integer, as sscanf("%llu") would: a minus sign is accepted, and -1 gives
+ * the greatest number. */
+COMPACTXML_API uint32_t XML_DOM_GetSelectSingleNodeAsUInt64(
+    const XML_DOM_Node *context, const char *path,
+    unsigned long long *valueOut) COMPACTXML_NOEXCEPT;
+
+/* Reads the next step of a path into cursor->step and cursor->flags and moves cursor->rest behind
+ * it. Returns 1, or 0 when the path is used up (and for null). */
+COMPACTXML_API uint32_t DOM_XPath_ParseNextXPathContext(DOM_XPath_Cursor *cursor)
+    COMPACTXML_NOEXCEPT;
+
+/* Reads a root step, where cursor->rest begins with a slash; a slash with nothing behind it leaves
+ * the step as it is. Returns 1; 0 for null and for a path that is used up. */
+COMPACTXML_API uint32_t DOM_XPath_ParseNextXPath4Root(DOM_XPath_Cursor *cursor)
+    COMPACTXML_NOEXCEPT;
+
+/* Applies the current step to a node: a root step as DOM_XPath_GetRootElement, any other selects the
+ * first child element of that name. Returns the element, or null. */
+COMPACTXML_API XML_DOM_Node *DOM_XPath_GetNodeFromContext(
+    const XML_DOM_Node *node, const DOM_XPath_Cursor *cursor) COMPACTXML_NOEXCEPT;
+
+/* Applies a root step: the root of the node's document, if the node bears the root's name and the
+ * step is empty or that name too; otherwise null. */
+COMPACTXML_API XML_DOM_Node *DOM_XPath_GetRootElement(
+    const XML_DOM_Node *node, const DOM_XPath_Cursor *cursor) COMPACTXML_NOEXCEPT;
 
 /* ---------------------------------------------------------------- attributes */
 

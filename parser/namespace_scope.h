@@ -3,6 +3,7 @@
 
 #include <cstddef>
 #include <cstdint>
+#include <cstring>
 
 #include "compactxml.h"
 #include "io/keyed_hash.h"
@@ -57,6 +58,9 @@ class NamespaceScope {
 
     // The newest binding of a prefix, or null.
     XML_Parser_Ns *find(const char *prefix, std::size_t length) noexcept;
+    XML_Parser_Ns *findByText(const char *prefix) noexcept {  // null and "" are the default
+        return find(prefix, prefix ? std::strlen(prefix) : 0);
+    }
     XML_Parser_Ns *findDefault() const noexcept { return default_; }
 
     // Whether two bindings have equal namespace names, without reading long names again and again.

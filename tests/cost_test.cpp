@@ -2,9 +2,6 @@
 //
 // Each shape is taken at n and at 8n. Allocated bytes are counted; time is compared generously, so
 // that a busy machine passes: work that grows with the square would take 64 times as long.
-#include <time.h>
-
-#include <algorithm>
 #include <cstddef>
 #include <cstdint>
 #include <ostream>
@@ -17,11 +14,13 @@
 #include "tests/support/expectations.h"
 #include "tests/support/faults.h"
 #include "tests/support/feeds.h"
+#include "tests/support/growth.h"
 #include "tests/support/small_stack.h"
 
 namespace {
 
 using support::Feed;
+using support::growsLinearly;
 
 constexpr std::size_t kGrowth = 8;
 constexpr std::size_t kItems = support::kSanitized ? 2048 : 12500;    // attributes, elements, ...
@@ -297,45 +296,6 @@ bool perform(Job job, const Feed &feed, Told *told) {
     XML_DOM_Node *root = feed.build(0, nullptr);
     XML_DOM_DelNode(root);
     return root != nullptr;
-}
-
-double processorSeconds() {
-    timespec now{};
-    clock_gettime(CLOCK_THREAD_CPUTIME_ID, &now);
-    return static_cast<double>(now.tv_sec) + 1e-9 * static_cast<double>(now.tv_nsec);
-}
-
-constexpr double kLongEnough = 2;  // seconds
-
-template <typename Work>
-double bestOfThree(Work work) {
-    double best = 0;
-    for (int run = 0; run < 3; ++run) {
-        const double start = processorSeconds();
-        work();
-        const double taken = processorSeconds() - start;
-        best = run == 0 ? taken : std::min(best, taken);
-        if (taken > kLongEnough) break;  // no chance hit is so long
-    }
-    return best;
-}
-
-// Whether the longer job took less than 20 times as long; linear work takes 8 times. A few
-// milliseconds prove nothing and pass: squares of these sizes take seconds.
-template <typename Short, typename Long>
-testing::AssertionResult growsLinearly(Short shortJob, Long longJob) {
-    constexpr double kLimit = 20;
-    constexpr double kTooShort = 4e-3;
-    double shortTime = 0;
-    double longTime = 0;
-    for (int round = 0; round < 3 && longTime < kLongEnough; ++round) {
-        shortTime = bestOfThree(shortJob);
-        longTime = bestOfThree(longJob);
-        if (longTime < kTooShort || longTime < kLimit * shortTime)
-            return testing::AssertionSuccess();
-    }
-    return testing::AssertionFailure()
-           << shortTime * 1e3 << " ms for n, " << longTime * 1e3 << " ms for 8n";
 }
 
 Feed feedOf(Feed::Kind kind, const std::string &document) {

@@ -152,6 +152,65 @@ TEST(Depth, PartsOfADeepTree) {
     EXPECT_EQ(left, 0u);
 }
 
+TEST(Depth, AMillionNestedElementsCopiedScannedAndFound) {
+    bool copied = false, within = false, scanned = false, undone = false, adopted = false;
+    std::uint32_t visits = 0, length = 0, shortLength = 0;
+    char path[64] = "", deepPath[4096] = "";
+    std::size_t blocks = 1;
+    ASSERT_TRUE(runOnSmallStack([&] {
+        support::FaultyHeap heap(0);
+        const Chain nest = chain(kMany / 2);
+        // Each level uses a prefix that only the far end declares.
+        XML_DOM_SetRoot(nest.top);
+        XML_DOM_AddNodeNameSpace(nest.top, "p", "u");
+        for (XML_DOM_Node *node = nest.top; node->type == XML_DOM_NODE_ELEMENT;
+             node = node->firstChild) {
+            node->ns = nest.top->firstNsDecl;
+        }
+        XML_DOM_Node *target = XML_DOM_CreateElementNode("t");
+        copied = XML_DOM_CopySubTree(target, nest.top) == XML_OK &&
+                 target->firstChild->ns == target->firstChild->firstNsDecl;
+        // From the bottom of the copy, which has everything above it, into itself.
+        XML_DOM_Node *bottom = target;
+        while (bottom->firstChild && bottom->firstChild->type == XML_DOM_NODE_ELEMENT) {
+            bottom = bottom->firstChild;
+        }
+        within = XML_DOM_CopySubTree(bottom, target) == XML_OK &&
+                 bottom->lastChild->type == XML_DOM_NODE_ELEMENT &&
+                 bottom->lastChild->ns == bottom->lastChild->firstNsDecl;
+        scanned = XML_DOM_ScanTree(
+                      target,
+                      [](XML_DOM_Node *, void *userData, std::uint32_t) -> std::uint32_t {
+                          ++*static_cast<std::uint32_t *>(userData);
+                          return 0;
+                      },
+                      &visits) == XML_OK;
+        length = XML_DOM_GetXPath(nest.bottom, sizeof deepPath, deepPath);
+        shortLength = XML_DOM_GetXPath(nest.bottom->firstChild, 64, path);
+        // The last node cannot be copied: all that was made goes.
+        XML_DOM_NsDecl nowhere{nullptr, deepPath, deepPath};
+        nest.bottom->ns = &nowhere;
+        XML_DOM_Node *empty = XML_DOM_CreateElementNode("t");
+        undone = XML_DOM_CopySubTree(empty, nest.top) == XML_REFUSED && !empty->firstChild;
+        adopted = XML_DOM_AdoptChildren(nest.top, bottom) == XML_OK && !nest.top->firstChild;
+        XML_DOM_DelNode(empty);
+        XML_DOM_DelNode(target);
+        XML_DOM_DelNode(nest.top);
+        blocks = heap.blocksInUse();
+    }));
+    EXPECT_TRUE(copied);
+    EXPECT_TRUE(within);
+    EXPECT_TRUE(scanned);
+    // The target, twice what is below the top, and a text in each copy.
+    EXPECT_EQ(visits, 1 + 2 * (kMany / 2 - 1) + 2);
+    EXPECT_EQ(length, sizeof deepPath - 1);
+    EXPECT_EQ(shortLength, sizeof path - 1);
+    EXPECT_EQ(std::string(path), "/e/e[1]/e[1]/e[1]/e[1]/e[1]/e[1]/e[1]/e[1]/e[1]/e[1]/e[1]/e[1]/");
+    EXPECT_TRUE(undone);
+    EXPECT_TRUE(adopted);
+    EXPECT_EQ(blocks, 0u);
+}
+
 TEST(Depth, AFailureDeepDown) {
     std::uint32_t result = XML_OK;
     ASSERT_TRUE(runOnSmallStack([&] {

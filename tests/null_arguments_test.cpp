@@ -48,7 +48,8 @@ struct Objects {
         return support::dumpTree(root.get()) + support::dumpTree(loose.get()) +
                support::dumpTree(state.root) + std::string(buffer->data, buffer->length) +
                std::to_string(in->cur - in->base) + std::to_string(in->state) +
-               std::to_string(number) + name + error + (pointer ? pointer : "(null)");
+               std::to_string(number) + std::to_string(signedNumber) +
+               std::to_string(unsignedNumber) + name + error + (pointer ? pointer : "(null)");
     }
 
     support::NodePtr root, loose;
@@ -63,12 +64,20 @@ struct Objects {
     XML_Parser_Ctx context{};
     // Outputs.
     std::uint32_t number = 42;
+    long long signedNumber = 42;
+    unsigned long long unsignedNumber = 42;
+    DOM_XPath_Cursor cursor{};
     const char *name = "unset";
     char *pointer = error;
     char error[64] = "unset";
 };
 
 std::uint32_t sink(void *, const char *, std::uint32_t) {
+    return 0;
+}
+
+std::uint32_t visit(XML_DOM_Node *, void *userData, std::uint32_t) {
+    *static_cast<char *>(userData) = '!';  // must not be called
     return 0;
 }
 
@@ -136,6 +145,35 @@ const Case kCases[] = {
     ANSWERS(0, XML_Strcmp, "both", nullptr, nullptr),
     ANSWERS(0, XML_Strcmp, "a", nullptr, ""),
     ANSWERS(0, XML_Strcmp, "b", "", nullptr),
+    // Copies, paths and scans
+    ANSWERS(XML_OK, XML_DOM_AdoptChildren, "from", nullptr, o.loose.get()),
+    // Loses a child where there is one, which is its own test.
+    ANSWERS(XML_OK, XML_DOM_AdoptChildren, "to", o.loose.get(), nullptr),
+    IS_NULL(XML_DOM_CopyNode, "node", nullptr),
+    REFUSES(XML_DOM_CopySubTree, "target", nullptr, o.element),
+    REFUSES(XML_DOM_CopySubTree, "source", o.element, nullptr),
+    IS_NULL(XML_DOM_CopyRoot, "node", nullptr),
+    ANSWERS(0, XML_DOM_GetXPath, "node", nullptr, sizeof o.error, o.error),
+    ANSWERS(0, XML_DOM_GetXPath, "buffer", o.element, sizeof o.error, nullptr),
+    ANSWERS(XML_MISSING, XML_DOM_ScanTree, "node", nullptr, visit, nullptr),
+    ANSWERS(XML_MISSING, XML_DOM_ScanTree, "visit", o.root.get(), nullptr, nullptr),
+    IS_NULL(XML_DOM_SelectSingleNode, "context", nullptr, "/"),
+    IS_NULL(XML_DOM_SelectSingleNode, "path", o.root.get(), nullptr),
+    IS_NULL(XML_DOM_GetSelectSingleNodeText, "context", nullptr, "/"),
+    IS_NULL(XML_DOM_GetSelectSingleNodeText, "path", o.root.get(), nullptr),
+    REFUSES(XML_DOM_GetSelectSingleNodeAsInt64, "context", nullptr, "/", &o.signedNumber),
+    REFUSES(XML_DOM_GetSelectSingleNodeAsInt64, "path", o.root.get(), nullptr, &o.signedNumber),
+    REFUSES(XML_DOM_GetSelectSingleNodeAsInt64, "valueOut", o.root.get(), "/", nullptr),
+    REFUSES(XML_DOM_GetSelectSingleNodeAsUInt64, "context", nullptr, "/", &o.unsignedNumber),
+    REFUSES(XML_DOM_GetSelectSingleNodeAsUInt64, "path", o.root.get(), nullptr, &o.unsignedNumber),
+    REFUSES(XML_DOM_GetSelectSingleNodeAsUInt64, "valueOut", o.root.get(), "/", nullptr),
+    ANSWERS(0, DOM_XPath_ParseNextXPathContext, "cursor", nullptr),
+    ANSWERS(0, DOM_XPath_ParseNextXPath4Root, "cursor", nullptr),
+    IS_NULL(DOM_XPath_GetNodeFromContext, "node", nullptr, &o.cursor),
+    IS_NULL(DOM_XPath_GetNodeFromContext, "cursor", o.root.get(), nullptr),
+    IS_NULL(DOM_XPath_GetRootElement, "node", nullptr, &o.cursor),
+    IS_NULL(DOM_XPath_GetRootElement, "cursor", o.root.get(), nullptr),
+
     // Attributes and namespaces
     IS_NULL(XML_DOM_AddAttr, "element", nullptr, nullptr, "n", "v"),
     IS_NULL(XML_DOM_AddAttr, "name", o.element, nullptr, nullptr, "v"),

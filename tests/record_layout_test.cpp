@@ -70,6 +70,14 @@ FIELD_AT(XML_DOM_NsDecl, prefix, 4, 8);
 FIELD_AT(XML_DOM_NsDecl, namespaceName, 8, 16);
 SIZE_IS(XML_DOM_NsDecl, 12, 24);
 
+FIELD_AT(DOM_XPath_Cursor, rest, 0, 0);
+FIELD_AT(DOM_XPath_Cursor, step, 4, 8);
+FIELD_AT(DOM_XPath_Cursor, flags, 260, 264);
+SIZE_IS(DOM_XPath_Cursor, 264, 272);
+FIELD_IS(DOM_XPath_Cursor, rest, char *);
+FIELD_IS(DOM_XPath_Cursor, step, char[256]);
+FIELD_IS(DOM_XPath_Cursor, flags, std::uint32_t);
+
 FIELD_AT(XML_DOM_TranslateState, names, 0, 0);
 FIELD_AT(XML_DOM_TranslateState, depth, 128, 256);
 FIELD_AT(XML_DOM_TranslateState, userData, 132, 264);
@@ -180,7 +188,7 @@ static_assert(std::is_standard_layout_v<XML_SAX_Handler> && std::is_trivial_v<XM
 static_assert(std::is_standard_layout_v<XML_Parser_Ctx> && std::is_trivial_v<XML_Parser_Ctx>);
 
 // Values that compiled callers carry in themselves.
-static_assert(XML_OK == 0 && XML_REFUSED == 0x40010001);
+static_assert(XML_OK == 0 && XML_REFUSED == 0x40010001 && XML_MISSING == 0x20010002);
 static_assert(XML_DOM_NODE_ELEMENT == 1 && XML_DOM_NODE_TEXT == 2 && XML_DOM_NODE_CDATA == 3);
 static_assert(XML_ENCODING_UTF_8 == 0 && XML_ENCODING_UTF_16LE == 1 && XML_ENCODING_UTF_16BE == 2);
 static_assert(XML_ENCODING_GB2312 == 3 && XML_ENCODING_UTF_32LE == 4 && XML_ENCODING_UTF_32BE == 5);
