@@ -277,7 +277,6 @@ void Program::expectSame(bool texts) {
 class EditProgram : public testing::TestWithParam<std::uint32_t> {};
 
 TEST_P(EditProgram, AgreesWithTheModel) {
-    const support::FaultyHeap heap(0);
     Program program(GetParam());
     for (int operation = 0; operation < 10000; ++operation) {
         program.step();
