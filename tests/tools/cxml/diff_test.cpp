@@ -204,9 +204,9 @@ TEST(ToolDiff, AgreesWithTheTextOfSmallTrees) {
 }
 
 std::string nested(const char *name, const char *innermost, const char *attribute) {
-    return std::string("awk 'BEGIN { for (i = 0; i < 1000000; ++i) printf \"<e") + attribute +
-           ">\"; printf \"" + innermost +
-           "\"; for (i = 0; i < 1000000; ++i) printf \"</e>\" }' > " + name + ";";
+    return ("awk 'BEGIN { for (i = 0; i < " + kDeep + "; ++i) printf \"<e") + attribute +
+           ">\"; printf \"" + innermost + "\"; for (i = 0; i < " + kDeep +
+           "; ++i) printf \"</e>\" }' > " + name + ";";
 }
 
 TEST(ToolDiff, GoesThroughAMillionLevels) {
@@ -220,7 +220,7 @@ TEST(ToolDiff, FindsAMillionDifferencesOneBelowTheOther) {
     const Result result =
         runLine(nested("a.xml", "", " a=\\\"1\\\"") + nested("b.xml", "", " a=\\\"2\\\"") +
                 "cxml diff a.xml b.xml > out; echo $?; wc -l < out; tail -n 1 out");
-    EXPECT_EQ(result.out, "1\n1000000\n.../e[1]/@a: \"1\" != \"2\"\n");
+    EXPECT_EQ(result.out, "1\n" + kDeep + "\n.../e[1]/@a: \"1\" != \"2\"\n");
     EXPECT_EQ(result.err, "");
 }
 

@@ -275,12 +275,14 @@ TEST(ToolEdit, KeepsTheDeclarationAndTheEncoding) {
 
 TEST(ToolEdit, GoesThroughAMillionLevels) {
     const Result result = runLine(
-        "awk 'BEGIN { for (i = 0; i < 1000000; ++i) printf \"<e>\";"
-        " for (i = 0; i < 1000000; ++i) printf \"</e>\" }' > deep.xml;"
+        "awk 'BEGIN { for (i = 0; i < " + kDeep + "; ++i) printf \"<e>\"; for (i = 0; i < " +
+        kDeep +
+        "; ++i) printf \"</e>\" }' > deep.xml;"
         "cxml edit --in-place deep.xml --set /e/e/e=x --add /e/e b=1 --attr e a=1 --copy e/e / &&"
         " cxml check --stats deep.xml | grep -E 'elements|attributes|depth'");
     // The copy is of the third level and all below.
-    EXPECT_EQ(result.out, "  elements    1999999\n  attributes  1\n  depth       1000000\n");
+    EXPECT_EQ(result.out, "  elements    " + std::to_string(2 * std::stoul(kDeep) - 1) +
+                              "\n  attributes  1\n  depth       " + kDeep + "\n");
     EXPECT_EQ(result.err, "");
     EXPECT_EQ(result.status, 0);
 }

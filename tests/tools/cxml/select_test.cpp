@@ -176,12 +176,13 @@ TEST(ToolSelect, ShowsElementsWithManyPrefixes) {
 }
 
 TEST(ToolSelect, GoesThroughAMillionLevels) {
-    const Result result = runLine(
-        "awk 'BEGIN { for (i = 0; i < 1000000; ++i) printf \"<e>\"; printf \"x\";"
-        " for (i = 0; i < 1000000; ++i) printf \"</e>\" }' > deep.xml;"
-        "cxml select --path deep.xml /e/e/e; cxml select --xml deep.xml e > below.xml &&"
-        " wc -c < below.xml");
-    EXPECT_EQ(result.out, "/e/e[1]/e[1]\n6999995\n");
+    const Result result =
+        runLine("awk 'BEGIN { for (i = 0; i < " + kDeep +
+                "; ++i) printf \"<e>\"; printf \"x\"; for (i = 0; i < " + kDeep +
+                "; ++i) printf \"</e>\" }' > deep.xml;"
+                "cxml select --path deep.xml /e/e/e; cxml select --xml deep.xml e > below.xml &&"
+                " wc -c < below.xml");
+    EXPECT_EQ(result.out, "/e/e[1]/e[1]\n" + std::to_string(7 * std::stoul(kDeep) - 5) + "\n");
     EXPECT_EQ(result.err, "");
     EXPECT_EQ(result.status, 0);
 }

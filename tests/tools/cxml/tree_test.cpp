@@ -90,7 +90,7 @@ TEST(ToolTree, CutsPathsOfMoreThanAThousandBytes) {
 }
 
 TEST(ToolTree, GoesThroughAMillionLevels) {
-    const Result result = runLine(nested(1000000) +
+    const Result result = runLine(nested(std::stoi(kDeep)) +
                                   "cxml tree deep.xml | tail -n 1 | tr -s ' ';"
                                   "cxml tree --depth 1 deep.xml | tr -s ' '");
     EXPECT_EQ(result.out, " e .../e[1]\ne ... /e\n");

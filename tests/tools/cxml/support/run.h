@@ -16,6 +16,13 @@ struct Result {
 // input is empty; the directory is removed afterwards.
 Result runLine(std::string_view line);
 
+// Levels of a document that is deep; instrumented builds take too long for more.
+#ifdef CXML_INSTRUMENTED
+inline const std::string kDeep = "100000";
+#else
+inline const std::string kDeep = "1000000";
+#endif
+
 struct CommandCase {
     const char *name;
     const char *line;
