@@ -1,5 +1,5 @@
 // Reads the configuration of a switch, shows what is in it, changes it, writes it in other
-// encodings and reads it back. Ends with 1 when anything is not as it should be.
+// encodings, reads it back and validates it. Ends with 1 when anything is not as it should be.
 //
 //   demo DATA_DIRECTORY [OUTPUT_DIRECTORY]
 //
@@ -14,6 +14,7 @@
 #include <system_error>
 #include <vector>
 
+#include "switch_schema.h"
 #include "tree_tools.h"
 
 namespace {
@@ -218,6 +219,80 @@ void roundTrips(XML_DOM_Node *root, const fs::path &directory) {
     XML_DOM_SetEncoding(root, XML_ENCODING_UTF_8);
 }
 
+// ---- documents and their schema -----------------------------------------------------------------
+
+// What the validator says of a document.
+std::string validate(XML_DOM_Node *root, const SchemaRoot &schemas) {
+    SchemaErrorInfo error{};
+    if (Schema_ValidateXml(root, &schemas, &error) != XML_OK) return "memory exhausted";
+    char message[512] = "";
+    if (error.code != 0) Schema_GetErrorDesc(&error, sizeof message, message);
+    return toUtf8(message);
+}
+
+// A change that makes the document invalid, and what is then said of it.
+struct Mistake {
+    const char *what;
+    void (*make)(XML_DOM_Node *root);
+    const char *message;
+};
+
+XML_DOM_Node *select(XML_DOM_Node *root, const char *path) {
+    return XML_DOM_SelectSingleNode(root, path);
+}
+
+const Mistake kMistakes[] = {
+    {"a VLAN with the number 4095",
+     [](XML_DOM_Node *root) {
+         XML_DOM_Node *vlan = select(root, "vlans/vlan");
+         XML_DOM_DelAttr(vlan, nullptr, "id");
+         XML_DOM_AddAttr(vlan, nullptr, "id", "4095");
+     },
+     "The value of attribute 'id' for element '/switch/vlans[1]/vlan[1]' is invalid. "
+     "The value must be less than or equal to 4094."},
+    {"a VLAN without a state",
+     [](XML_DOM_Node *root) { XML_DOM_DelAttr(select(root, "vlans/vlan"), nullptr, "state"); },
+     "The element '/switch/vlans[1]/vlan[1]' should have an attribute 'state'."},
+    {"a host name with blanks",
+     [](XML_DOM_Node *root) {
+         XML_DOM_SetNodeValue(XML_DOM_GetFirstChild(select(root, "system/hostname")), "east 3");
+     },
+     "The value of element '/switch/system[1]/hostname[1]' is invalid. "
+     "The value does not match the regular expression."},
+    {"no domain", [](XML_DOM_Node *root) { XML_DOM_DelNode(select(root, "system/domain")); },
+     "Expecting element 'urn:example:switch:1':'domain' under element '/switch/system[1]'."},
+    {"a range of VLANs from high to low",
+     [](XML_DOM_Node *root) {
+         XML_DOM_Node *ranges = select(root, "vlans/ranges");
+         XML_DOM_DelAttr(ranges, nullptr, "reserved");
+         XML_DOM_AddAttr(ranges, nullptr, "reserved", "4094-4040");
+     },
+     "The value of attribute 'reserved' for element '/switch/vlans[1]/ranges[1]' is invalid. "
+     "Invalid VlanRange"},
+};
+
+void showValidation(const std::string &path) {
+    heading("Validation");
+    SchemaRoot schemas;
+    Schema_InitRoot(&schemas);
+    expect(registerSwitchSchema(&schemas) == XML_OK, "the schema is registered");
+    {
+        const Owned<XML_DOM_Node> root = buildFromFile(path);
+        const std::string message = validate(root.get(), schemas);
+        expect(root && message.empty(),
+               "the document is valid" + (message.empty() ? "" : ": " + message));
+    }
+    for (const Mistake &mistake : kMistakes) {
+        const Owned<XML_DOM_Node> root{XML_DOM_BuildTreeByFile(path.c_str(), 0, nullptr)};
+        if (!root) continue;
+        mistake.make(root.get());
+        const std::string message = validate(root.get(), schemas);
+        expect(message == mistake.message, std::string(mistake.what) + ":\n            " + message);
+    }
+    deregisterSwitchSchema(&schemas);
+    Schema_ExitRoot(&schemas);
+}
+
 // ---- a document that is not well-formed -------------------------------------------------------
 
 void showBroken(const std::string &path) {
@@ -261,6 +336,7 @@ int run(const fs::path &data, const fs::path &output) {
     expect(!changed.empty(), "the comparison sees the changes: " + changed);
     roundTrips(root.get(), output);
     showBroken((data / "broken.xml").string());
+    showValidation(path);
     std::printf("\n%s\n", failures == 0 ? "All as it should be." : "Something is off: see above.");
     return failures == 0 ? 0 : 1;
 }

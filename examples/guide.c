@@ -5,6 +5,8 @@
 #include <stdlib.h>
 #include <string.h>
 
+#include "switch_schema.h"
+
 /* Says what went wrong and where; the value is 1 when all is well. */
 static int check(int good, const char *what) {
     if (!good) fprintf(stderr, "guide: %s\n", what);
@@ -283,6 +285,31 @@ static int handleErrors(void) {
            check(isWellFormed("<a/>") && !isWellFormed("<a>"), "well-formedness");
 }
 
+/* [validate] */
+/* Tells what is wrong with a document, if anything is; false then. */
+static int isValid(XML_DOM_Node *root, const SchemaRoot *schemas) {
+    SchemaErrorInfo error;
+    if (Schema_ValidateXml(root, schemas, &error) != XML_OK) return 0; /* memory exhausted */
+    if (error.code == 0) return 1;
+    char message[512];
+    Schema_GetErrorDesc(&error, sizeof message, message);
+    printf("%s\n", message); /* in the encoding of the tree, GB18030 */
+    return 0;
+}
+
+static int validateFile(const char *path) {
+    SchemaRoot schemas; /* made once, for any number of documents */
+    Schema_InitRoot(&schemas);
+    uint32_t result = registerSwitchSchema(&schemas);
+    XML_DOM_Node *root = XML_DOM_BuildTreeByFile(path, 0, NULL);
+    int valid = result == XML_OK && root && isValid(root, &schemas);
+    XML_DOM_DelNode(root);
+    deregisterSwitchSchema(&schemas);
+    Schema_ExitRoot(&schemas);
+    return valid;
+}
+/* [validate end] */
+
 int main(int argc, char **argv) {
     if (argc != 3) {
         fprintf(stderr, "usage: guide DOCUMENT FILE_TO_WRITE\n");
@@ -290,6 +317,7 @@ int main(int argc, char **argv) {
     }
     int good = readFile(argv[1]) & readValues() & selectAndCopy() & useChinese() & changeTree() &
                handleErrors();
+    good &= check(validateFile(argv[1]), "the configuration is not valid");
 
     XML_DOM_Node *vlans = readPieces();
     const char *text = XML_DOM_GetFirstTextChildValue(XML_DOM_GetFirstChild(vlans));

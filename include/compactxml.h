@@ -43,9 +43,10 @@ extern "C" {
 
 /* ---------------------------------------------------------------- constants */
 
-#define XML_OK 0u               /* success */
-#define XML_REFUSED 0x40010001u /* an invalid argument or a failed operation */
-#define XML_MISSING 0x20010002u /* a missing argument, of XML_DOM_ScanTree */
+#define XML_OK 0u                /* success */
+#define XML_REFUSED 0x40010001u  /* an invalid argument or a failed operation */
+#define XML_MISSING 0x20010002u  /* a missing argument, of XML_DOM_ScanTree and few others */
+#define XML_NO_VALUE 0x40010008u /* content that cannot have a simple value */
 
 /* Types of a node. */
 #define XML_DOM_NODE_ELEMENT 1u /* a name; may have attributes, declarations and children */
@@ -74,6 +75,66 @@ extern "C" {
 
 /* Serialization flags: bit 0 leaves out the XML declaration; all other bits are ignored. */
 #define XML_DOM_NO_DECLARATION 1u
+
+/* Kinds of components of a compiled schema. */
+#define SCHEMA_KIND_ELEMENT_WILDCARD 2
+#define SCHEMA_KIND_ATTRIBUTE 5
+#define SCHEMA_KIND_ATTRIBUTE_GROUP 6
+#define SCHEMA_KIND_COMPLEX_RESTRICTION 7
+#define SCHEMA_KIND_COMPLEX_EXTENSION 8
+#define SCHEMA_KIND_COMPLEX_TYPE 9
+#define SCHEMA_KIND_MODEL_GROUP 10
+#define SCHEMA_KIND_ALL 11
+#define SCHEMA_KIND_CHOICE 12
+#define SCHEMA_KIND_SEQUENCE 13
+#define SCHEMA_KIND_ELEMENT 14
+#define SCHEMA_KIND_SIMPLE_RESTRICTION 26
+#define SCHEMA_KIND_SIMPLE_EXTENSION 27
+#define SCHEMA_KIND_SIMPLE_TYPE 29
+
+/* Kinds of facets; others are not checked. */
+#define SCHEMA_FACET_ENUMERATION 15u
+#define SCHEMA_FACET_LENGTH 17u
+#define SCHEMA_FACET_MAX_EXCLUSIVE 18u
+#define SCHEMA_FACET_MAX_INCLUSIVE 19u
+#define SCHEMA_FACET_MAX_LENGTH 20u
+#define SCHEMA_FACET_MIN_EXCLUSIVE 21u
+#define SCHEMA_FACET_MIN_INCLUSIVE 22u
+#define SCHEMA_FACET_MIN_LENGTH 23u
+#define SCHEMA_FACET_PATTERN 24u
+#define SCHEMA_FACET_TOTAL_DIGITS 25u
+
+/* Codes of the built-in simple types; 0 is no built-in type, 2, 16, 17 and 18 are not in use. */
+#define SCHEMA_TYPE_ANY_SIMPLE_TYPE 1u
+#define SCHEMA_TYPE_BYTE 3u
+#define SCHEMA_TYPE_SHORT 4u
+#define SCHEMA_TYPE_UNSIGNED_BYTE 5u
+#define SCHEMA_TYPE_UNSIGNED_SHORT 6u
+#define SCHEMA_TYPE_INT 7u
+#define SCHEMA_TYPE_LONG 8u
+#define SCHEMA_TYPE_UNSIGNED_INT 9u
+#define SCHEMA_TYPE_UNSIGNED_LONG 10u
+#define SCHEMA_TYPE_INTEGER 11u
+#define SCHEMA_TYPE_POSITIVE_INTEGER 12u
+#define SCHEMA_TYPE_NON_POSITIVE_INTEGER 13u
+#define SCHEMA_TYPE_NEGATIVE_INTEGER 14u
+#define SCHEMA_TYPE_NON_NEGATIVE_INTEGER 15u
+#define SCHEMA_TYPE_DURATION 19u
+#define SCHEMA_TYPE_DATE_TIME 20u
+#define SCHEMA_TYPE_DATE 21u
+#define SCHEMA_TYPE_TIME 22u
+#define SCHEMA_TYPE_G_YEAR 23u
+#define SCHEMA_TYPE_G_MONTH 24u
+#define SCHEMA_TYPE_G_DAY 25u
+#define SCHEMA_TYPE_G_YEAR_MONTH 26u
+#define SCHEMA_TYPE_G_MONTH_DAY 27u
+#define SCHEMA_TYPE_STRING 28u
+#define SCHEMA_TYPE_BOOLEAN 29u
+#define SCHEMA_TYPE_HEX_BINARY 30u
+#define SCHEMA_TYPE_BASE64_BINARY 31u
+#define SCHEMA_TYPE_ANY_URI 32u
+#define SCHEMA_TYPE_QNAME 33u
+#define SCHEMA_TYPE_LANGUAGE 34u
 
 /* ---------------------------------------------------------------- records
  *
@@ -283,6 +344,234 @@ typedef uint32_t (*XML_WriteFn)(void *context, const char *bytes, uint32_t lengt
 
 /* Takes a node of a scan; reserved is 0. Returns 0 to go on, any other number to end the scan. */
 typedef uint32_t (*XML_DOM_VisitFn)(XML_DOM_Node *node, void *userData, uint32_t reserved);
+
+/* ---------------------------------------------------------------- records of compiled schemas
+ *
+ * What xsd2c writes: static, constant data that refers to itself by pointers. The library reads it
+ * and never allocates, changes or frees any of it; it must outlive every root it is registered
+ * with. Texts are NUL-terminated and, as far as they are compared with documents, in GB18030. An
+ * array has exactly as many entries as its count says, none of them null. Flags are set when 1.
+ */
+
+typedef struct SchemaFacet SchemaFacet;
+typedef struct SchemaSimpleType SchemaSimpleType;
+typedef struct SchemaDateTimeValue SchemaDateTimeValue;
+typedef struct SchemaDurationValue SchemaDurationValue;
+typedef struct SchemaKestType SchemaKestType;
+typedef struct SchemaSplitState SchemaSplitState;
+typedef struct SchemaTypedRef SchemaTypedRef;
+typedef struct SchemaTypedRef SchemaTopObject; /* what a root is asked to take */
+typedef struct SchemaElementDecl SchemaElementDecl;
+typedef struct SchemaAttributeDecl SchemaAttributeDecl;
+typedef struct SchemaWildcard SchemaWildcard;
+typedef struct SchemaElementWildcard SchemaElementWildcard;
+typedef struct SchemaAttributeGroup SchemaAttributeGroup;
+typedef struct SchemaModelGroup SchemaModelGroup;
+typedef struct SchemaComplexType SchemaComplexType;
+typedef struct SchemaDerivation SchemaDerivation;
+typedef struct SchemaObjectList SchemaObjectList;
+typedef struct SchemaRoot SchemaRoot;
+typedef struct SchemaErrorInfo SchemaErrorInfo;
+typedef struct SchemaValidateContext SchemaValidateContext;
+struct SchemaContentCursor; /* private to the validator */
+
+/* One facet of a restriction. */
+struct SchemaFacet {
+    const char *value; /* a number, a pattern, an allowed value ... */
+    uint32_t kind;     /* SCHEMA_FACET_* */
+    uint32_t baseCode; /* SCHEMA_TYPE_* of the restricted type: how values compare */
+};
+
+/* A simple type: built in (builtinCode), a union (memberCount of 2 or more), a type of network
+ * equipment (known by its name), or else a restriction. */
+struct SchemaSimpleType {
+    const SchemaSimpleType *const *members; /* of a union; or [0], the base of a restriction */
+    const SchemaFacet *facets;
+    const char *name;
+    const char *ns;
+    uint32_t builtinCode; /* SCHEMA_TYPE_*, or 0 */
+    uint32_t facetCount;
+    uint32_t memberCount;
+    uint16_t flags16; /* not read */
+};
+
+/* A date or a time, as far as its type has the fields; others are 0. */
+struct SchemaDateTimeValue {
+    uint16_t year, month, day, hour, minute, second;
+    uint16_t tzHour, tzMinute;
+    char fraction[21]; /* digits behind the decimal point of the seconds */
+    char tzSign;       /* 0 without an offset; '+' east of UTC, '-' west of it */
+};
+
+/* A duration, each field carried into the next greater one. */
+struct SchemaDurationValue {
+    uint16_t years, months, days, hours, minutes, seconds;
+};
+
+/* A type of network equipment. */
+struct SchemaKestType {
+    uint32_t (*check)(const char *value, uint32_t size, char *buffer); /* 1 valid, 0 not */
+    const char *namespaceName;                                         /* null for none */
+    const char *typeName;
+};
+
+/* How far a text has been split. The text, the item buffer and this record are the caller's. */
+struct SchemaSplitState {
+    char *item;
+    const char *rest;
+    const char *separator;
+    uint32_t size; /* bytes at item */
+};
+
+/* A component and its kind. */
+struct SchemaTypedRef {
+    const void *object;
+    int32_t kind; /* SCHEMA_KIND_* */
+};
+
+/* A global or local element declaration. */
+struct SchemaElementDecl {
+    const SchemaElementDecl *ref; /* the global declaration that this particle refers to, or null */
+    const char *name;
+    const char *targetNamespace;       /* null or "" for none */
+    const char *substitutionGroupName; /* of the head it may stand for, or null */
+    const char *substitutionGroupNamespace;
+    const void *type; /* by typeKind; null leaves content and attributes unexamined */
+    const char *fixedValue;
+    uint32_t minOccurs;
+    uint32_t maxOccurs;               /* 0xFFFFFFFF for unbounded */
+    int32_t typeKind;                 /* SCHEMA_KIND_SIMPLE_TYPE or SCHEMA_KIND_COMPLEX_TYPE */
+    int32_t form;                     /* 0 as elementFormDefault says, 1 qualified, 2 unqualified */
+    int32_t hasFixed;                 /* whether fixedValue counts */
+    uint16_t abstract;                /* only members of its substitution group may appear */
+    uint16_t nillable;                /* may be without any content */
+    const char *alternativeNamespace; /* instead of targetNamespace in mode 1, unless empty */
+};
+
+/* A global or local attribute declaration, and the use of one. */
+struct SchemaAttributeDecl {
+    const SchemaAttributeDecl *ref; /* the global declaration that this use refers to, or null */
+    const SchemaSimpleType *type;
+    const char *name;
+    const char *targetNamespace;
+    const char *fixedValue;
+    int32_t use;      /* 1 prohibited, 2 required, others optional */
+    int32_t form;     /* 0 as attributeFormDefault says, 1 qualified, 2 unqualified */
+    int32_t hasFixed; /* whether fixedValue counts */
+};
+
+/* Attributes of any name. */
+struct SchemaWildcard {
+    const char *targetNamespace;     /* what "##other" excludes */
+    const char *namespaceConstraint; /* "##any", "##other", or names divided by single blanks */
+    int32_t processContents;         /* 2 skip, 1 lax, others strict */
+};
+
+/* Elements of any name, as a particle. */
+struct SchemaElementWildcard {
+    const char *targetNamespace;
+    const char *namespaceConstraint;
+    uint32_t minOccurs;
+    uint32_t maxOccurs;
+    int32_t processContents;
+};
+
+struct SchemaAttributeGroup {
+    const SchemaAttributeDecl *const *attributeUses;
+    const SchemaAttributeGroup *const *attributeGroups;
+    const SchemaWildcard *attributeWildcard; /* or null */
+    const SchemaAttributeGroup *ref;         /* the global group this one stands for, or null */
+    const void *unread5;
+    const void *unread6;
+    uint32_t attributeUseCount;
+    uint32_t attributeGroupCount;
+};
+
+/* Particles in sequence, in any order, or one of them. */
+struct SchemaModelGroup {
+    const SchemaTypedRef *particles; /* elements, wildcards and model groups */
+    uint32_t minOccurs;
+    uint32_t maxOccurs;
+    uint32_t particleCount;
+    int32_t compositor; /* SCHEMA_KIND_ALL, SCHEMA_KIND_CHOICE or SCHEMA_KIND_SEQUENCE */
+};
+
+/* A complex type; empty when content and particle are null. */
+struct SchemaComplexType {
+    const SchemaAttributeDecl *const *attributeUses;
+    const SchemaAttributeGroup *const *attributeGroups;
+    const SchemaDerivation *content;  /* its complexContent or simpleContent, or null */
+    const SchemaModelGroup *particle; /* its content model when it is not derived, or null */
+    const void *unread5;
+    const SchemaWildcard *attributeWildcard;
+    const char *name; /* null or "" for an anonymous type */
+    const char *targetNamespace;
+    uint32_t attributeUseCount;
+    uint32_t attributeGroupCount;
+    uint16_t mixed; /* whether text may stand between child elements */
+};
+
+/* How a complex type is derived from another type. */
+struct SchemaDerivation {
+    const SchemaWildcard *attributeWildcard;
+    const SchemaAttributeDecl *const *attributeUses;
+    const SchemaAttributeGroup *const *attributeGroups;
+    const SchemaModelGroup *particle; /* added by an extension, allowed by a restriction, or null */
+    const void *unread5;
+    const SchemaFacet *facets; /* of a simple restriction */
+    const void *baseType;
+    int32_t
+        derivationKind;   /* SCHEMA_KIND_COMPLEX_* or SCHEMA_KIND_SIMPLE_RESTRICTION, _EXTENSION */
+    int32_t baseTypeKind; /* SCHEMA_KIND_SIMPLE_TYPE or SCHEMA_KIND_COMPLEX_TYPE */
+    uint32_t attributeUseCount;
+    uint32_t facetCount;
+    uint32_t attributeGroupCount;
+};
+
+/* Registered objects of one kind. */
+struct SchemaObjectList {
+    const void **items; /* null while there are none */
+    uint32_t capacity;
+    uint32_t count;
+};
+
+/* The top-level objects of all schemas that documents are validated against. The caller provides the
+ * record, the library the arrays in it. */
+struct SchemaRoot {
+    SchemaObjectList simpleTypes;
+    SchemaObjectList attributes;
+    SchemaObjectList elements;
+    SchemaObjectList complexTypes;
+    SchemaObjectList spare; /* always empty */
+    SchemaObjectList attributeGroups;
+    uint32_t attributeFormDefault; /* 1 qualified, 2 unqualified */
+    uint32_t elementFormDefault;
+};
+
+/* The first thing that is wrong with a document. Strings belong to the document and the schema. */
+struct SchemaErrorInfo {
+    uint32_t code;
+    XML_DOM_Node *node;
+    const char *name, *ns;         /* of an element */
+    const char *attrName, *attrNs; /* of an attribute */
+    char text[1024];               /* what a value check said */
+};
+
+/* A validation; its first fields are a SchemaErrorInfo. Callers of the value checks zero the record
+ * and set valid to 1, which a failed check sets to 0. */
+struct SchemaValidateContext {
+    uint32_t code;
+    XML_DOM_Node *node;
+    const char *name, *ns;
+    const char *attrName, *attrNs;
+    char text[1024];
+    const SchemaRoot *root;
+    struct SchemaContentCursor *cursor;
+    XML_DOM_Node *docRoot;
+    uint32_t matched;
+    uint16_t valid;
+    uint16_t mode;
+};
 
 /* ---------------------------------------------------------------- encodings */
 
@@ -548,14 +837,14 @@ COMPACTXML_API const char *XML_DOM_GetSelectSingleNodeText(const XML_DOM_Node *c
  *
  * Refuses a missing text and one that does not begin with a number. */
 COMPACTXML_API uint32_t XML_DOM_GetSelectSingleNodeAsInt64(const XML_DOM_Node *context,
-                                                           const char *path, long long *valueOut)
-    COMPACTXML_NOEXCEPT;
+                                                           const char *path,
+                                                           long long *valueOut) COMPACTXML_NOEXCEPT;
 
 /* The same for an unsigned integer, as sscanf("%llu") would: a minus sign is accepted, and -1 gives
  * the greatest number. */
-COMPACTXML_API uint32_t XML_DOM_GetSelectSingleNodeAsUInt64(
-    const XML_DOM_Node *context, const char *path,
-    unsigned long long *valueOut) COMPACTXML_NOEXCEPT;
+COMPACTXML_API uint32_t
+XML_DOM_GetSelectSingleNodeAsUInt64(const XML_DOM_Node *context, const char *path,
+                                    unsigned long long *valueOut) COMPACTXML_NOEXCEPT;
 
 /* Reads the next step of a path into cursor->step and cursor->flags and moves cursor->rest behind
  * it. Returns 1, or 0 when the path is used up (and for null). */
@@ -564,8 +853,7 @@ COMPACTXML_API uint32_t DOM_XPath_ParseNextXPathContext(DOM_XPath_Cursor *cursor
 
 /* Reads a root step, where cursor->rest begins with a slash; a slash with nothing behind it leaves
  * the step as it is. Returns 1; 0 for null and for a path that is used up. */
-COMPACTXML_API uint32_t DOM_XPath_ParseNextXPath4Root(DOM_XPath_Cursor *cursor)
-    COMPACTXML_NOEXCEPT;
+COMPACTXML_API uint32_t DOM_XPath_ParseNextXPath4Root(DOM_XPath_Cursor *cursor) COMPACTXML_NOEXCEPT;
 
 /* Applies the current step to a node: a root step as DOM_XPath_GetRootElement, any other selects the
  * first child element of that name. Returns the element, or null. */
@@ -974,6 +1262,273 @@ COMPACTXML_API void XML_IO_FileOutStreamFlush(XML_IO_OutStream *stream) COMPACTX
 
 /* Releases a stream; null does nothing. The file is closed, not synced; held-back bytes are lost. */
 COMPACTXML_API void XML_IO_OutStreamDestroy(XML_IO_OutStream *stream) COMPACTXML_NOEXCEPT;
+
+/* ---------------------------------------------------------------- values of simple types
+ *
+ * Values are checked as they are: nothing is trimmed. A result of 1 means valid and 0 invalid unless
+ * an entry says otherwise. buffer takes a message in English when a value is invalid, cut to size
+ * bytes with the final NUL; it may be written while a value turns out valid, too. No check but that
+ * of a pattern facet allocates; where memory is exhausted a pattern does not match.
+ */
+
+/* Tells whether a text matches a POSIX extended regular expression somewhere, in the locale of the
+ * process: 1 or 0. 0 also for a null argument and an expression that does not compile. */
+COMPACTXML_API uint32_t XML_IsMatchRegex(const char *pattern, const char *text) COMPACTXML_NOEXCEPT;
+
+/* Checks a value of a built-in type.
+ *
+ *   code         SCHEMA_TYPE_*; types without a check, such as anySimpleType, have no valid value
+ *   value        not empty
+ *
+ * Intended: "|" counts as a sign of integers and time zones; the unbounded integer types are held to
+ * 64 bits; every colon makes a QName invalid; a language is one of a list. */
+COMPACTXML_API uint32_t SCHEMA_CheckBaseTypeNonNull(uint32_t code,
+                                                    const char *value) COMPACTXML_NOEXCEPT;
+
+/* Checks a value of a built-in type with a message, which quotes at most size - 111 bytes of it.
+ *
+ *   value        may be empty, which is valid for string, base64Binary and anySimpleType */
+COMPACTXML_API uint32_t Schema_CheckBaseType(const SchemaSimpleType *type, const char *value,
+                                             uint32_t size, char *buffer) COMPACTXML_NOEXCEPT;
+
+/* Tells whether a day exists: 1 or 0. Years are 1 to 9999. */
+COMPACTXML_API uint32_t Schema_IsValidDay(uint32_t year, uint32_t month,
+                                          uint32_t day) COMPACTXML_NOEXCEPT;
+
+/* Compares two times in UTC. Fields of 0 count as the first; an offset without "+" or "-" counts for
+ * nothing.
+ *
+ * Returns a number greater than 0 when a is later, and less than 0 when it is earlier or either is
+ * null; for the same second it compares the fractions as text. */
+COMPACTXML_API int Schema_CmpDateTime(const SchemaDateTimeValue *a,
+                                      const SchemaDateTimeValue *b) COMPACTXML_NOEXCEPT;
+
+/* Checks a value against one facet. Lengths count bytes; patterns match anywhere in the value.
+ *
+ * Returns 0 when it holds; XML_REFUSED, with a message, when it does not. */
+COMPACTXML_API uint32_t Schema_CheckFacet(const SchemaFacet *facet, const char *value,
+                                          uint32_t size, char *buffer) COMPACTXML_NOEXCEPT;
+
+/* Checks a value against facets: one of the enumerations, if there are any, and all others must hold.
+ * Sets context->valid to 0 when they do not, and never to 1. */
+COMPACTXML_API void Schema_CheckFacets(const SchemaFacet *facets, uint32_t count, const char *value,
+                                       uint32_t size, SchemaValidateContext *context,
+                                       char *buffer) COMPACTXML_NOEXCEPT;
+
+/* Checks a value against a simple type of any kind.
+ *
+ *   value        null counts as ""
+ *
+ * Sets context->valid to 0 when it is invalid, and never to 1. */
+COMPACTXML_API void Schema_CheckSimpleType(const SchemaSimpleType *type, const char *value,
+                                           uint32_t size, SchemaValidateContext *context,
+                                           char *buffer) COMPACTXML_NOEXCEPT;
+
+/* Checks the text of an element against its type.
+ *
+ *   type         a simple type, or a complex type with simple content
+ *   value        null counts as ""
+ *
+ * Returns 0 when it is valid; XML_REFUSED when not; XML_NO_VALUE for a complex type whose content
+ * cannot be a text. */
+COMPACTXML_API uint32_t Schema_checkValueOfElement(const SchemaTypedRef *type, const char *value,
+                                                   uint32_t size, char *buffer) COMPACTXML_NOEXCEPT;
+
+/* Finds a type of network equipment by name: OID, _Ipv6Address, IPV6_ADDR_PREFIX, _PortRange,
+ * _VlanRange, _Ipv4Mask or _IfIndexRange.
+ *
+ *   namespaceName  null or "", unless Schema_ReplaceInnerTypeNS said otherwise
+ *
+ * Returns the row of the library's table, or null. */
+COMPACTXML_API const SchemaKestType *Schema_FoundKestBltInType(
+    const char *typeName, const char *namespaceName) COMPACTXML_NOEXCEPT;
+
+/* Checks a value of a type of network equipment. A row without a check has only valid values. */
+COMPACTXML_API uint32_t Schema_checkKestBltInType(const SchemaKestType *row, const char *value,
+                                                  uint32_t size, char *buffer) COMPACTXML_NOEXCEPT;
+
+/* Begins to split a text and gives the first item.
+ *
+ *   separator    one character, as a string
+ *   size         bytes at item, at least 2
+ *   item         takes each item in turn, cut to size
+ *   state        for Schema_GetNextSplitStr; refers to all of the above
+ *
+ * Returns item; null for an empty text and when refused. Intended: the rest of an item that was cut
+ * is the next item, without its first character if a separator follows. */
+COMPACTXML_API char *Schema_GetFirstSplitStr(const char *text, const char *separator, uint32_t size,
+                                             char *item,
+                                             SchemaSplitState *state) COMPACTXML_NOEXCEPT;
+
+/* Gives the next item, or null when there is none. */
+COMPACTXML_API char *Schema_GetNextSplitStr(SchemaSplitState *state) COMPACTXML_NOEXCEPT;
+
+/* Tells whether a value is one of the language codes that the library knows: 1 or 0. */
+COMPACTXML_API uint32_t Schema_LanguageHandler(const char *value) COMPACTXML_NOEXCEPT;
+
+/* ---------------------------------------------------------------- schemas
+ *
+ * Registering and deregistering must not run while another thread validates against the same root;
+ * different roots may be used by different threads.
+ */
+
+/* Prepares a root: clears the record, whatever it held, sets its defaults (attributes unqualified,
+ * elements qualified) and registers the built-in types. Does nothing for null. */
+COMPACTXML_API void Schema_InitRoot(SchemaRoot *root) COMPACTXML_NOEXCEPT;
+
+/* Deregisters the built-in types. Objects of other schemas stay until they are deregistered, which
+ * also frees the lists. Does nothing for null. */
+COMPACTXML_API void Schema_ExitRoot(SchemaRoot *root) COMPACTXML_NOEXCEPT;
+
+/* Appends an object to the list of its kind: a simple or complex type, an element, an attribute or an
+ * attribute group. Duplicates are not looked for; searches find the first.
+ *
+ * Refuses a null argument, other kinds, and exhausted memory; the list then stays as it was. */
+COMPACTXML_API uint32_t Schema_RegTopObject(SchemaRoot *root,
+                                            const SchemaTopObject *topObject) COMPACTXML_NOEXCEPT;
+
+/* Removes an object from the list of its kind, the last object of which takes its place. Frees a list
+ * that is empty then. Ignores what is not there. Always returns 0. */
+COMPACTXML_API uint32_t Schema_DeregTopObject(SchemaRoot *root,
+                                              const SchemaTopObject *topObject) COMPACTXML_NOEXCEPT;
+
+/* Moves a type of network equipment into a namespace, for all roots of the process.
+ *
+ *   typeName       as for Schema_FoundKestBltInType
+ *   searchArg      the namespace in which it is now
+ *   namespaceName  kept as it is, not copied: it must outlive all validations; null for none
+ *
+ * Must not run while anything is validated. Returns XML_MISSING for a null or empty type name, and
+ * XML_REFUSED when there is no such type. */
+COMPACTXML_API uint32_t Schema_ReplaceInnerTypeNS(const char *typeName, const char *searchArg,
+                                                  const char *namespaceName) COMPACTXML_NOEXCEPT;
+
+/* Finds an element declaration along a path of names, and may check a value against it.
+ *
+ *   path         names divided by ".": the first of a registered element, each further one of an
+ *                element in the content of the type found so far (base types first, then in order)
+ *   value        null only looks for the declaration
+ *   buffer       null likewise; otherwise takes the message
+ *
+ * Returns 0; XML_REFUSED for a missing root or path, a name that is not found and a value that the
+ * declaration's simple type does not have. */
+COMPACTXML_API uint32_t Schema_CheckAttrsAsElement(const SchemaRoot *root, const char *path,
+                                                   const char *value, uint32_t size,
+                                                   char *buffer) COMPACTXML_NOEXCEPT;
+
+/* ---------------------------------------------------------------- the built-in schema */
+
+/* The built-in types, for the records of other schemas. */
+COMPACTXML_API const SchemaSimpleType *Schema_BLDIN_anySimpleType(void) COMPACTXML_NOEXCEPT;
+COMPACTXML_API const SchemaSimpleType *Schema_BLDIN_byte(void) COMPACTXML_NOEXCEPT;
+COMPACTXML_API const SchemaSimpleType *Schema_BLDIN_short(void) COMPACTXML_NOEXCEPT;
+COMPACTXML_API const SchemaSimpleType *Schema_BLDIN_unsignedByte(void) COMPACTXML_NOEXCEPT;
+COMPACTXML_API const SchemaSimpleType *Schema_BLDIN_unsignedShort(void) COMPACTXML_NOEXCEPT;
+COMPACTXML_API const SchemaSimpleType *Schema_BLDIN_int(void) COMPACTXML_NOEXCEPT;
+COMPACTXML_API const SchemaSimpleType *Schema_BLDIN_long(void) COMPACTXML_NOEXCEPT;
+COMPACTXML_API const SchemaSimpleType *Schema_BLDIN_unsignedInt(void) COMPACTXML_NOEXCEPT;
+COMPACTXML_API const SchemaSimpleType *Schema_BLDIN_unsignedLong(void) COMPACTXML_NOEXCEPT;
+COMPACTXML_API const SchemaSimpleType *Schema_BLDIN_integer(void) COMPACTXML_NOEXCEPT;
+COMPACTXML_API const SchemaSimpleType *Schema_BLDIN_positiveInteger(void) COMPACTXML_NOEXCEPT;
+COMPACTXML_API const SchemaSimpleType *Schema_BLDIN_nonPositiveInteger(void) COMPACTXML_NOEXCEPT;
+COMPACTXML_API const SchemaSimpleType *Schema_BLDIN_negativeInteger(void) COMPACTXML_NOEXCEPT;
+COMPACTXML_API const SchemaSimpleType *Schema_BLDIN_nonNegativeInteger(void) COMPACTXML_NOEXCEPT;
+COMPACTXML_API const SchemaSimpleType *Schema_BLDIN_duration(void) COMPACTXML_NOEXCEPT;
+COMPACTXML_API const SchemaSimpleType *Schema_BLDIN_dateTime(void) COMPACTXML_NOEXCEPT;
+COMPACTXML_API const SchemaSimpleType *Schema_BLDIN_date(void) COMPACTXML_NOEXCEPT;
+COMPACTXML_API const SchemaSimpleType *Schema_BLDIN_time(void) COMPACTXML_NOEXCEPT;
+COMPACTXML_API const SchemaSimpleType *Schema_BLDIN_gYear(void) COMPACTXML_NOEXCEPT;
+COMPACTXML_API const SchemaSimpleType *Schema_BLDIN_gMonth(void) COMPACTXML_NOEXCEPT;
+COMPACTXML_API const SchemaSimpleType *Schema_BLDIN_gDay(void) COMPACTXML_NOEXCEPT;
+COMPACTXML_API const SchemaSimpleType *Schema_BLDIN_gYearMonth(void) COMPACTXML_NOEXCEPT;
+COMPACTXML_API const SchemaSimpleType *Schema_BLDIN_gMonthDay(void) COMPACTXML_NOEXCEPT;
+COMPACTXML_API const SchemaSimpleType *Schema_BLDIN_string(void) COMPACTXML_NOEXCEPT;
+COMPACTXML_API const SchemaSimpleType *Schema_BLDIN_boolean(void) COMPACTXML_NOEXCEPT;
+COMPACTXML_API const SchemaSimpleType *Schema_BLDIN_hexBinary(void) COMPACTXML_NOEXCEPT;
+COMPACTXML_API const SchemaSimpleType *Schema_BLDIN_base64Binary(void) COMPACTXML_NOEXCEPT;
+COMPACTXML_API const SchemaSimpleType *Schema_BLDIN_anyURI(void) COMPACTXML_NOEXCEPT;
+COMPACTXML_API const SchemaSimpleType *Schema_BLDIN_QName(void) COMPACTXML_NOEXCEPT;
+COMPACTXML_API const SchemaSimpleType *Schema_BLDIN_language(void) COMPACTXML_NOEXCEPT;
+/* A complex type without content. */
+COMPACTXML_API const SchemaComplexType *Schema_BLDIN_anyType(void) COMPACTXML_NOEXCEPT;
+
+/* Registers the built-in types, as Schema_InitRoot does. Returns the sum of the 31 results: 0 when
+ * all succeeded. */
+COMPACTXML_API uint32_t SchemaReg_xml_schema_buildin(SchemaRoot *root) COMPACTXML_NOEXCEPT;
+
+/* Deregisters the built-in types. Returns 0. */
+COMPACTXML_API uint32_t SchemaDereg_xml_schema_buildin(SchemaRoot *root) COMPACTXML_NOEXCEPT;
+
+/* Names the schema document behind the built-in types; not read by the library. */
+COMPACTXML_API extern const char *g_szGatherXsd_xml_schema_buildin;
+
+/* ---------------------------------------------------------------- validation
+ *
+ * Checks a tree against the schemas of a root. The first thing that is wrong ends a run: the children
+ * of an element are checked in order, each with everything below it, before the attributes of the
+ * element; of an element of a simple type the attributes come first. The tree and the root are only
+ * read. Cost: linear in the document, times what its schema asks for each element.
+ */
+
+/* Validates a document.
+ *
+ *   rootElement  the root of the document
+ *   errorInfo    takes the first error, or zeros; its strings live as long as tree and schemas do
+ *
+ * Returns 0 for every document that was looked at: it is valid when errorInfo->code is 0. XML_REFUSED
+ * for a missing argument, with errorInfo untouched, and for exhausted memory, with a code of 0. */
+COMPACTXML_API uint32_t Schema_ValidateXml(XML_DOM_Node *rootElement, const SchemaRoot *schemaRoot,
+                                           SchemaErrorInfo *errorInfo) COMPACTXML_NOEXCEPT;
+
+/* Validates as Schema_ValidateXml does.
+ *
+ *   mode         1 compares with the alternative namespaces of element declarations, where they have
+ *                one; the declaration of the root is still found by its target namespace */
+COMPACTXML_API uint32_t Schema_ValidateXmlEx(XML_DOM_Node *rootElement,
+                                             const SchemaRoot *schemaRoot, uint32_t mode,
+                                             SchemaErrorInfo *errorInfo) COMPACTXML_NOEXCEPT;
+
+/* Tells in English what is wrong with a document. The tree must still be there: it names the place by
+ * its path, cut to 511 bytes.
+ *
+ *   size         bytes at buffer, at least 512
+ *   buffer       takes the message, in the encoding of the tree; untouched for code 0
+ *
+ * Refuses a missing argument, a smaller size and a code above 12. Intended: the message of code 6 ends
+ * with the path of the parent, without the end of the sentence. */
+COMPACTXML_API uint32_t Schema_GetErrorDesc(const SchemaErrorInfo *errorInfo, uint32_t size,
+                                            char *buffer) COMPACTXML_NOEXCEPT;
+
+/* ---------------------------------------------------------------- debug trace
+ *
+ * Shows on standard output which elements are being validated. The switch and the indentation are
+ * shared by all threads and not locked: a help for debugging one thread.
+ */
+
+/* Switches the trace on (1) or off (others; 16 bits are kept). Returns what it was. */
+COMPACTXML_API uint32_t Schema_Debug_Enable(uint32_t flag) COMPACTXML_NOEXCEPT;
+
+/* Indents further lines by two more blanks. */
+COMPACTXML_API void Schema_Debug_BlankAdd(void) COMPACTXML_NOEXCEPT;
+
+/* Indents further lines by two blanks less; below zero the number wraps. */
+COMPACTXML_API void Schema_Debug_BlankSub(void) COMPACTXML_NOEXCEPT;
+
+/* Prints a message, cut to 1023 bytes, when the trace is on. */
+COMPACTXML_PRINTF(1, 2)
+COMPACTXML_API void Schema_Debug_ShowMsg(const char *format, ...) COMPACTXML_NOEXCEPT;
+
+/* The same, behind the start of a new, indented line. */
+COMPACTXML_PRINTF(1, 2)
+COMPACTXML_API void Schema_Debug_ShowMsgLine(const char *format, ...) COMPACTXML_NOEXCEPT;
+
+/* Prints a new line with a node's path, first text, namespace and address, when the trace is on; looks
+ * at the node in any case. */
+COMPACTXML_API void Schema_Debug_ShowNode(const XML_DOM_Node *node,
+                                          const char *functionName) COMPACTXML_NOEXCEPT;
+
+/* Prints how many top-level elements a root has and which, when the trace is on. */
+COMPACTXML_API void Schema_Debug_ListTopObjects(const SchemaRoot *root) COMPACTXML_NOEXCEPT;
 
 #ifdef __cplusplus
 }

@@ -31,6 +31,9 @@ struct Objects {
         chunk.data = reinterpret_cast<const unsigned char *>("<a/>");
         list.first = &chunk;
         XML_IO_OutStreamAppend(out.get(), "abc", 3);
+        Schema_InitRoot(&schemaRoot);
+        validation.valid = 1;
+        report.code = 1;
         cxml::XML_DOM_BuildInit(&handler, &state, sizeof error, error);
         context.handler = &handler;
     }
@@ -38,6 +41,7 @@ struct Objects {
         XML_DOM_DelNode(state.root);
         cxml::XML_DOM_BuildFini(&handler);
         XML_IO_DestroyByMem(in);
+        Schema_ExitRoot(&schemaRoot);
     }
     Objects(const Objects &) = delete;
     Objects &operator=(const Objects &) = delete;
@@ -49,7 +53,11 @@ struct Objects {
                support::dumpTree(state.root) + std::string(buffer->data, buffer->length) +
                std::to_string(in->cur - in->base) + std::to_string(in->state) +
                std::to_string(number) + std::to_string(signedNumber) +
-               std::to_string(unsignedNumber) + name + error + (pointer ? pointer : "(null)");
+               std::to_string(unsignedNumber) + name + error + (pointer ? pointer : "(null)") +
+               std::to_string(validation.valid) + std::to_string(schemaRoot.simpleTypes.count) +
+               std::to_string(schemaRoot.complexTypes.count) +
+               std::to_string(schemaRoot.elements.count) + (split.rest ? split.rest : "(null)") +
+               std::to_string(report.code);
     }
 
     support::NodePtr root, loose;
@@ -62,7 +70,14 @@ struct Objects {
     XML_SAX_Handler handler{};
     cxml::XML_DOM_BuildState state;
     XML_Parser_Ctx context{};
+    SchemaRoot schemaRoot;
+    SchemaValidateContext validation{};
+    SchemaTypedRef string = {Schema_BLDIN_string(), SCHEMA_KIND_SIMPLE_TYPE};
+    SchemaFacet facet = {"1", SCHEMA_FACET_LENGTH, SCHEMA_TYPE_STRING};
+    SchemaDateTimeValue time{};
     // Outputs.
+    SchemaSplitState split{};
+    SchemaErrorInfo report{};
     std::uint32_t number = 42;
     long long signedNumber = 42;
     unsigned long long unsignedNumber = 42;
@@ -91,6 +106,8 @@ Result asResult(int number) {
 Result asResult(const void *pointer) {
     return reinterpret_cast<std::uintptr_t>(pointer);
 }
+
+constexpr Result kBelow = static_cast<Result>(-1);  // of a comparison
 
 struct Case {
     const char *function;
@@ -276,6 +293,76 @@ const Case kCases[] = {
     DOES_NOTHING(XML_IO_MemOutStreamCleanBuf, "stream", nullptr),
     DOES_NOTHING(XML_IO_FileOutStreamFlush, "stream", nullptr),
     DOES_NOTHING(XML_IO_OutStreamDestroy, "stream", nullptr),
+    // Values of simple types
+    ANSWERS(0, XML_IsMatchRegex, "pattern", nullptr, "t"),
+    ANSWERS(0, XML_IsMatchRegex, "text", ".", nullptr),
+    ANSWERS(0, SCHEMA_CheckBaseTypeNonNull, "value", SCHEMA_TYPE_STRING, nullptr),
+    ANSWERS(0, Schema_CheckBaseType, "type", nullptr, "v", sizeof o.error, o.error),
+    ANSWERS(0, Schema_CheckBaseType, "value", Schema_BLDIN_string(), nullptr, sizeof o.error,
+            o.error),
+    ANSWERS(0, Schema_CheckBaseType, "buffer", Schema_BLDIN_string(), "v", 64, nullptr),
+    ANSWERS(0, Schema_CheckBaseType, "buffer for a message", Schema_BLDIN_int(), "v", 64, nullptr),
+    ANSWERS(kBelow, Schema_CmpDateTime, "a", nullptr, &o.time),
+    ANSWERS(kBelow, Schema_CmpDateTime, "b", &o.time, nullptr),
+    ANSWERS(kBelow, Schema_CmpDateTime, "both", nullptr, nullptr),
+    REFUSES(Schema_CheckFacet, "facet", nullptr, "v", sizeof o.error, o.error),
+    REFUSES(Schema_CheckFacet, "value", &o.facet, nullptr, sizeof o.error, o.error),
+    REFUSES(Schema_CheckFacet, "buffer", &o.facet, "v", sizeof o.error, nullptr),
+    DOES_NOTHING(Schema_CheckFacets, "facets", nullptr, 1, "v", sizeof o.error, &o.validation,
+                 o.error),
+    DOES_NOTHING(Schema_CheckFacets, "value", &o.facet, 1, nullptr, sizeof o.error, &o.validation,
+                 o.error),
+    DOES_NOTHING(Schema_CheckFacets, "context", &o.facet, 1, "long", sizeof o.error, nullptr,
+                 o.error),
+    DOES_NOTHING(Schema_CheckFacets, "buffer", &o.facet, 1, "long", 64, &o.validation, nullptr),
+    DOES_NOTHING(Schema_CheckSimpleType, "type", nullptr, "v", sizeof o.error, &o.validation,
+                 o.error),
+    DOES_NOTHING(Schema_CheckSimpleType, "context", Schema_BLDIN_int(), "v", sizeof o.error,
+                 nullptr, o.error),
+    DOES_NOTHING(Schema_CheckSimpleType, "buffer", Schema_BLDIN_int(), "v", 64, &o.validation,
+                 nullptr),
+    REFUSES(Schema_checkValueOfElement, "type", nullptr, "v", sizeof o.error, o.error),
+    REFUSES(Schema_checkValueOfElement, "buffer", &o.string, "v", 64, nullptr),
+    IS_NULL(Schema_FoundKestBltInType, "name", nullptr, nullptr),
+    ANSWERS(0, Schema_checkKestBltInType, "row", nullptr, "1", sizeof o.error, o.error),
+    ANSWERS(0, Schema_checkKestBltInType, "value", Schema_FoundKestBltInType("OID", nullptr),
+            nullptr, sizeof o.error, o.error),
+    ANSWERS(0, Schema_checkKestBltInType, "buffer", Schema_FoundKestBltInType("OID", nullptr), "1",
+            64, nullptr),
+    IS_NULL(Schema_GetFirstSplitStr, "text", nullptr, ",", sizeof o.error, o.error, &o.split),
+    IS_NULL(Schema_GetFirstSplitStr, "separator", "a,b", nullptr, sizeof o.error, o.error,
+            &o.split),
+    IS_NULL(Schema_GetFirstSplitStr, "item", "a,b", ",", 64, nullptr, &o.split),
+    IS_NULL(Schema_GetFirstSplitStr, "state", "a,b", ",", sizeof o.error, o.error, nullptr),
+    IS_NULL(Schema_GetNextSplitStr, "state", nullptr),
+    ANSWERS(0, Schema_LanguageHandler, "value", nullptr),
+    // Schemas
+    DOES_NOTHING(Schema_InitRoot, "root", nullptr),
+    DOES_NOTHING(Schema_ExitRoot, "root", nullptr),
+    REFUSES(Schema_RegTopObject, "root", nullptr, &o.string),
+    REFUSES(Schema_RegTopObject, "object", &o.schemaRoot, nullptr),
+    ANSWERS(XML_OK, Schema_DeregTopObject, "root", nullptr, &o.string),
+    ANSWERS(XML_OK, Schema_DeregTopObject, "object", &o.schemaRoot, nullptr),
+    ANSWERS(XML_MISSING, Schema_ReplaceInnerTypeNS, "type name", nullptr, nullptr, "urn:t"),
+    REFUSES(Schema_CheckAttrsAsElement, "root", nullptr, "a", "v", sizeof o.error, o.error),
+    REFUSES(Schema_CheckAttrsAsElement, "path", &o.schemaRoot, nullptr, "v", sizeof o.error,
+            o.error),
+    REFUSES(Schema_ValidateXml, "root element", nullptr, &o.schemaRoot, &o.report),
+    REFUSES(Schema_ValidateXml, "schema root", o.root.get(), nullptr, &o.report),
+    REFUSES(Schema_ValidateXml, "error info", o.root.get(), &o.schemaRoot, nullptr),
+    REFUSES(Schema_ValidateXmlEx, "root element", nullptr, &o.schemaRoot, 1, &o.report),
+    REFUSES(Schema_ValidateXmlEx, "schema root", o.root.get(), nullptr, 1, &o.report),
+    REFUSES(Schema_ValidateXmlEx, "error info", o.root.get(), &o.schemaRoot, 1, nullptr),
+    REFUSES(Schema_GetErrorDesc, "error info", nullptr, 512, o.error),
+    REFUSES(Schema_GetErrorDesc, "buffer", &o.report, 512, nullptr),
+    DOES_NOTHING(Schema_Debug_ShowMsg, "format", nullptr),
+    DOES_NOTHING(Schema_Debug_ShowMsgLine, "format", nullptr),
+    DOES_NOTHING(Schema_Debug_ShowNode, "node", nullptr, "function"),
+    DOES_NOTHING(Schema_Debug_ShowNode, "function name", o.root.get(), nullptr),
+    DOES_NOTHING(Schema_Debug_ListTopObjects, "root", nullptr),
+    // The sum of 31 refusals.
+    ANSWERS(0xC01F001F, SchemaReg_xml_schema_buildin, "root", nullptr),
+    ANSWERS(XML_OK, SchemaDereg_xml_schema_buildin, "root", nullptr),
 };
 
 TEST(NullArguments, AreRefusedWithoutEffect) {
@@ -301,6 +388,15 @@ TEST(NullArguments, NoFunctionIsForgotten) {
     EXPECT_GT(expected.size(), 80u);
     EXPECT_EQ(expected.erase("XML_DOM_EncodingEnumToStr"), 1u);
     EXPECT_EQ(expected.erase("XML_IO_MemOutStreamCreate"), 1u);
+    EXPECT_EQ(expected.erase("Schema_IsValidDay"), 1u);
+    EXPECT_EQ(expected.erase("Schema_Debug_Enable"), 1u);
+    EXPECT_EQ(expected.erase("Schema_Debug_BlankAdd"), 1u);
+    EXPECT_EQ(expected.erase("Schema_Debug_BlankSub"), 1u);
+    EXPECT_EQ(
+        std::erase_if(expected,
+                      [](const std::string &name) { return name.starts_with("Schema_BLDIN_"); }),
+        31u);
+    EXPECT_EQ(expected.erase("g_szGatherXsd_xml_schema_buildin"), 1u);  // no function
     std::set<std::string> covered;
     for (const Case &row : kCases) covered.insert(row.function);
     EXPECT_EQ(covered, expected);
@@ -325,6 +421,15 @@ TEST(NullArguments, OptionalOnes) {
     o.error[0] = '\0';
     EXPECT_EQ(XML_DOM_BuildTreeByMemList(nullptr, sizeof o.error, o.error), nullptr);
     EXPECT_STREQ(o.error, "Invalid parameter.");
+    // Missing values of simple types are empty ones, missing namespaces none.
+    EXPECT_EQ(Schema_checkValueOfElement(&o.string, nullptr, sizeof o.error, o.error), XML_OK);
+    Schema_CheckSimpleType(Schema_BLDIN_string(), nullptr, sizeof o.error, &o.validation, o.error);
+    EXPECT_EQ(o.validation.valid, 1);
+    Schema_CheckSimpleType(Schema_BLDIN_int(), nullptr, sizeof o.error, &o.validation, o.error);
+    EXPECT_EQ(o.validation.valid, 0);
+    EXPECT_STREQ(o.error, "int cannot be empty.");
+    EXPECT_EQ(Schema_ReplaceInnerTypeNS("OID", nullptr, nullptr), XML_OK);
+    EXPECT_NE(Schema_FoundKestBltInType("OID", nullptr), nullptr);
 }
 
 // The callbacks of the builder have no result: they fail the parse that they belong to.
