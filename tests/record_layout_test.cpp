@@ -8,24 +8,9 @@
 #include <type_traits>
 
 #include "compactxml.h"
+#include "tests/support/layout.h"
 
 namespace {
-
-// Picks the figure for this machine's pointers.
-constexpr std::size_t pick(std::size_t with4, std::size_t with8) {
-    static_assert(sizeof(void *) == 4 || sizeof(void *) == 8);
-    return sizeof(void *) == 4 ? with4 : with8;
-}
-
-#define FIELD_AT(record, field, with4, with8) \
-    static_assert(offsetof(record, field) == pick(with4, with8), #record "." #field)
-#define SIZE_IS(record, with4, with8) \
-    static_assert(sizeof(record) == pick(with4, with8), "size of " #record)
-// A record of the library's own making may go on behind its last public field.
-#define SIZE_AT_LEAST(record, with4, with8) \
-    static_assert(sizeof(record) >= pick(with4, with8), "size of " #record)
-#define FIELD_IS(record, field, type) \
-    static_assert(std::is_same_v<decltype(record::field), type>, #record "." #field)
 
 FIELD_AT(XML_DOM_Node, firstAttr, 0, 0);
 FIELD_AT(XML_DOM_Node, lastAttr, 4, 8);
@@ -208,10 +193,10 @@ TEST(RecordLayout, TheLibraryAgrees) {
     ASSERT_NE(node, nullptr);
     const auto *bytes = reinterpret_cast<const unsigned char *>(node);
     std::uint32_t type = 0;
-    std::memcpy(&type, bytes + pick(48, 96), sizeof type);
+    std::memcpy(&type, bytes + support::pick(48, 96), sizeof type);
     EXPECT_EQ(type, XML_DOM_NODE_ELEMENT);
     const char *name = nullptr;
-    std::memcpy(&name, bytes + pick(40, 80), sizeof name);
+    std::memcpy(&name, bytes + support::pick(40, 80), sizeof name);
     EXPECT_STREQ(name, "a");
     XML_DOM_DelNode(node);
 }

@@ -8,23 +8,9 @@
 #include <type_traits>
 
 #include "compactxml.h"
+#include "tests/support/layout.h"
 
 namespace {
-
-// Picks the figure for this machine's pointers.
-constexpr std::size_t pick(std::size_t with4, std::size_t with8) {
-    static_assert(sizeof(void *) == 4 || sizeof(void *) == 8);
-    return sizeof(void *) == 4 ? with4 : with8;
-}
-
-#define FIELD_AT(record, field, with4, with8) \
-    static_assert(offsetof(record, field) == pick(with4, with8), #record "." #field)
-#define SIZE_IS(record, with4, with8) \
-    static_assert(sizeof(record) == pick(with4, with8), "size of " #record)
-#define FIELD_IS(record, field, type) \
-    static_assert(std::is_same_v<decltype(record::field), type>, #record "." #field)
-#define IS_PLAIN(record) \
-    static_assert(std::is_standard_layout_v<record> && std::is_trivial_v<record>, #record)
 
 // Without noexcept, which callers write in C cannot say.
 using CheckOperation = std::uint32_t (*)(const char *value, std::uint32_t size, char *buffer);
@@ -425,7 +411,7 @@ static_assert(std::is_same_v<decltype(g_szGatherXsd_xml_schema_buildin), const c
 
 // The fields that compilers see are the ones that the library reads and writes.
 TEST(SchemaLayout, TheLibraryAgrees) {
-    unsigned char bytes[pick(80, 104)];
+    unsigned char bytes[support::pick(80, 104)];
     std::memset(bytes, 0xAB, sizeof bytes);
     alignas(SchemaRoot) unsigned char record[sizeof bytes];
     std::memcpy(record, bytes, sizeof bytes);
@@ -436,19 +422,19 @@ TEST(SchemaLayout, TheLibraryAgrees) {
         std::memcpy(&value, record + offset, sizeof value);
         return value;
     };
-    EXPECT_EQ(number(pick(8, 12)), 30u);  // simple types, in a list of 32
-    EXPECT_EQ(number(pick(4, 8)), 32u);
-    EXPECT_EQ(number(pick(3 * 12 + 8, 3 * 16 + 12)), 1u);  // complex types
-    EXPECT_EQ(number(pick(72, 96)), 2u);                   // attributes are unqualified
-    EXPECT_EQ(number(pick(76, 100)), 1u);                  // elements are qualified
+    EXPECT_EQ(number(support::pick(8, 12)), 30u);  // simple types, in a list of 32
+    EXPECT_EQ(number(support::pick(4, 8)), 32u);
+    EXPECT_EQ(number(support::pick(3 * 12 + 8, 3 * 16 + 12)), 1u);  // complex types
+    EXPECT_EQ(number(support::pick(72, 96)), 2u);                   // attributes are unqualified
+    EXPECT_EQ(number(support::pick(76, 100)), 1u);                  // elements are qualified
     Schema_ExitRoot(root);
 
     const auto *type = reinterpret_cast<const unsigned char *>(Schema_BLDIN_language());
     std::uint32_t code = 0;
-    std::memcpy(&code, type + pick(16, 32), sizeof code);
+    std::memcpy(&code, type + support::pick(16, 32), sizeof code);
     EXPECT_EQ(code, 34u);
     const char *name = nullptr;
-    std::memcpy(&name, type + pick(8, 16), sizeof name);
+    std::memcpy(&name, type + support::pick(8, 16), sizeof name);
     EXPECT_STREQ(name, "language");
 }
 
