@@ -319,30 +319,47 @@ TEST(Integer, NoNumberOfDigitsOverflows) {
 
 // ---------------------------------------------------------------- against the model
 
-__extension__ typedef unsigned __int128 Wide;  // NOLINT
+// A decimal number of any length and a small one, added; "" if the sum is below 0.
+std::string plus(std::string digits, int small) {
+    for (std::size_t i = digits.size(); i-- > 0 && small != 0;) {
+        const int sum = digits[i] - '0' + small;
+        const int digit = (sum % 10 + 10) % 10;
+        digits[i] = static_cast<char>('0' + digit);
+        small = (sum - digit) / 10;
+    }
+    if (small < 0) return "";
+    if (small > 0) digits.insert(0, std::to_string(small));
+    const std::size_t zeros = digits.find_first_not_of('0');
+    return zeros == std::string::npos ? "0" : digits.substr(zeros);
+}
 
-std::string decimal(Wide number) {
-    std::string digits;
-    do {
-        digits.insert(digits.begin(), static_cast<char>('0' + static_cast<int>(number % 10)));
-        number /= 10;
-    } while (number != 0);
-    return digits;
+std::string doubled(const std::string &digits) {
+    std::string result = digits;
+    int carry = 0;
+    for (std::size_t i = result.size(); i-- > 0;) {
+        const int sum = 2 * (result[i] - '0') + carry;
+        result[i] = static_cast<char>('0' + sum % 10);
+        carry = sum / 10;
+    }
+    return carry != 0 ? "1" + result : result;
 }
 
 // Numbers at most so far from each power of ten up to 10^21 and each power of two up to 2^70.
 std::vector<std::string> numbersNearPowers(int distance) {
-    std::vector<std::string> numbers;
-    const auto addAround = [&](Wide power) {
+    std::vector<std::string> powers, numbers;
+    for (std::size_t exponent = 0; exponent <= 21; ++exponent) {
+        powers.push_back("1" + std::string(exponent, '0'));
+    }
+    std::string power = "1";
+    for (int exponent = 0; exponent <= 70; ++exponent, power = doubled(power)) {
+        powers.push_back(power);
+    }
+    for (const std::string &middle : powers) {
         for (int d = -distance; d <= distance; ++d) {
-            if (d < 0 && power < static_cast<Wide>(-d)) continue;
-            numbers.push_back(
-                decimal(d < 0 ? power - static_cast<Wide>(-d) : power + static_cast<Wide>(d)));
+            const std::string number = plus(middle, d);
+            if (!number.empty()) numbers.push_back(number);
         }
-    };
-    Wide power = 1;
-    for (int exponent = 0; exponent <= 21; ++exponent, power *= 10) addAround(power);
-    for (int exponent = 0; exponent <= 70; ++exponent) addAround(Wide{1} << exponent);
+    }
     return numbers;
 }
 
