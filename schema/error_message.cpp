@@ -23,16 +23,19 @@ class ErrorMessage {
     ErrorMessage(const SchemaErrorInfo &error, uint32_t size, char *buffer)
         : error_(error), size_(size), buffer_(buffer) {
         if (error.node) XML_DOM_GetXPath(error.node, sizeof path_, path_);
-        name_ = shown(error.name);
-        ns_ = shown(error.ns);
-        attrName_ = shown(error.attrName);
-        attrNs_ = shown(error.attrNs);
-        text_ = beginningOf(error.text, sizeof error.text);
     }
 
     bool write();
 
   private:
+    // Of the record no more is read than the message needs: the rest may be stale.
+    std::string_view name() const { return shown(error_.name); }
+    std::string_view ns() const { return shown(error_.ns); }
+    std::string_view attrName() const { return shown(error_.attrName); }
+    std::string_view attrNs() const { return shown(error_.attrNs); }
+    std::string_view text() const { return beginningOf(error_.text, sizeof error_.text); }
+    bool hasAttrNs() const { return !attrNs().empty(); }
+
     void put(std::initializer_list<std::string_view> pieces) {
         writeMessage(buffer_, size_, pieces);
     }
@@ -42,7 +45,6 @@ class ErrorMessage {
     uint32_t size_;
     char *buffer_;
     char path_[kPathBytes] = "";
-    std::string_view name_, ns_, attrName_, attrNs_, text_;
 };
 
 void ErrorMessage::putUnexpectedElement() {
@@ -56,45 +58,44 @@ void ErrorMessage::putUnexpectedElement() {
 
 // False for a code that no error has.
 bool ErrorMessage::write() {
-    const bool hasNs = !attrNs_.empty();
     switch (error_.code) {
         case 0:
             break;
         case 1:
-            put({"Expecting element '", ns_, "':'", name_, "' under element '", path_, "'."});
+            put({"Expecting element '", ns(), "':'", name(), "' under element '", path_, "'."});
             break;
         case 2:
-            if (hasNs) {
-                put({"The element '", path_, "' should have an attribute '", attrNs_, "':'",
-                     attrName_, "'."});
+            if (hasAttrNs()) {
+                put({"The element '", path_, "' should have an attribute '", attrNs(), "':'",
+                     attrName(), "'."});
             } else {
-                put({"The element '", path_, "' should have an attribute '", attrName_, "'."});
+                put({"The element '", path_, "' should have an attribute '", attrName(), "'."});
             }
             break;
         case 3:
-            put({"The value of element '", path_, "' is invalid. ", text_});
+            put({"The value of element '", path_, "' is invalid. ", text()});
             break;
         case 4:
-            if (hasNs) {
-                put({"The value of attribute '", attrNs_, "':'", attrName_, "' for element '",
-                     path_, "' is invalid. ", text_});
+            if (hasAttrNs()) {
+                put({"The value of attribute '", attrNs(), "':'", attrName(), "' for element '",
+                     path_, "' is invalid. ", text()});
             } else {
-                put({"The value of attribute '", attrName_, "' for element '", path_,
-                     "' is invalid. ", text_});
+                put({"The value of attribute '", attrName(), "' for element '", path_,
+                     "' is invalid. ", text()});
             }
             break;
         case 5:
-            put({"The number of occurrences of element '", path_, "/", name_, "' is invalid."});
+            put({"The number of occurrences of element '", path_, "/", name(), "' is invalid."});
             break;
         case 6:
             putUnexpectedElement();
             break;
         case 7:
-            if (hasNs) {
-                put({"Unexpected attribute '", attrNs_, "':'", attrName_, "' of element '", path_,
+            if (hasAttrNs()) {
+                put({"Unexpected attribute '", attrNs(), "':'", attrName(), "' of element '", path_,
                      "'."});
             } else {
-                put({"Unexpected attribute '", attrName_, "' of element '", path_, "'."});
+                put({"Unexpected attribute '", attrName(), "' of element '", path_, "'."});
             }
             break;
         case 8:

@@ -502,7 +502,7 @@ TEST(Attributes, AllowedWithoutDeclaration) {
     expectVerdicts(schema, kCases);
 }
 
-// A declaration or a wildcard may claim one of the four first, and then its value is theirs to check.
+// A declaration or a wildcard may claim one of the four first; its value is then theirs to check.
 TEST(Attributes, AllowedButDeclared) {
     AttributeSchema schema;
     const SchemaAttributeDecl lang = inNamespace(kXml, named("lang", kOptional, &kString), 1);

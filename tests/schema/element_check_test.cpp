@@ -1,5 +1,5 @@
-// What is asked of an element but for its attributes and the order of its children: values, text and
-// child elements where they may not be, fixed values, elements without content.
+// What is asked of an element but for its attributes and the order of its children: values, texts
+// and elements where they may not be, fixed values, elements without content.
 #include <gtest/gtest.h>
 
 #include <cstdint>

@@ -198,7 +198,7 @@ TEST(SimpleContent, Restrictions) {
     expectVerdicts(schema, kCases);
 }
 
-// Simple content may restrict a complex type that is mixed and can do without children: their content
+// Simple content may restrict a complex type that is mixed and can do without children: its content
 // model is matched with none.
 TEST(SimpleContent, OfElementContent) {
     ContentSchema schema;
