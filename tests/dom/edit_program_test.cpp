@@ -10,6 +10,7 @@
 #include "compactxml.h"
 #include "tests/support/faults.h"
 #include "tests/support/owners.h"
+#include "tests/support/small_stack.h"
 #include "tests/support/tree_model.h"
 
 namespace {
@@ -23,7 +24,7 @@ constexpr const char *kPrefixes[] = {"p", "q", "", "xml", "r"};
 constexpr const char *kNamespaces[] = {"urn:1", "urn:2", "", "urn:<3>"};
 constexpr const char *kPaths[] = {"a",    "b",    "a/b", "a/a", "/", "/a",
                                   "/a/b", "a//a", "",    "a/",  "//"};
-constexpr std::size_t kMostNodes = 120;
+constexpr std::size_t kMostNodes = support::kSanitized ? 60 : 120;
 
 // Runs operations one by one. Each first asks the library, sometimes with an allocation failing,
 // then does the same to the model.
