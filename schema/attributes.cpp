@@ -1,81 +1,23 @@
 #include "schema/attributes.h"
 
 #include <cstdint>
-#include <string_view>
 
-#include "parser/namespace_scope.h"
-#include "schema/message.h"
+#include "schema/allowed_attributes.h"
 #include "schema/namespace_match.h"
 
 namespace cxml {
 namespace {
 
-constexpr char kInstanceNamespace[] = "http://www.w3.org/2001/XMLSchema-instance";
 constexpr std::int32_t kProhibited = 1, kRequired = 2;  // of SchemaAttributeDecl::use
 constexpr std::int32_t kLax = 1, kSkip = 2;             // of SchemaWildcard::processContents
 constexpr std::int32_t kQualified = 1;
-
-struct AttributeName {
-    const char *name;
-    const char *ns;
-};
-
-AttributeName nameOf(const XML_DOM_Attr *attribute) {
-    AttributeName name{};
-    XML_DOM_GetAttrNameSpace(attribute, &name.name, &name.ns);
-    return name;
-}
-
-bool isNamed(const XML_DOM_Attr *attribute, const char *name, const char *ns) {
-    const AttributeName own = nameOf(attribute);
-    return XML_Strcmp(own.name, name) == 0 && XML_Strcmp(own.ns, ns) == 0;
-}
-
-// ---- attributes that every element may have -------------------------------------------------------
-
-struct SchemaAllowedAttribute {
-    uint32_t (*handler)(const char *value) noexcept;  // null for any value
-    const char *namespaceName;
-    const char *localName;
-};
-
-constexpr SchemaAllowedAttribute kAllowed[] = {
-    {Schema_LanguageHandler, kXmlNamespace, "lang"},
-    {nullptr, kXmlNamespace, "space"},
-    {nullptr, kXmlNamespace, "base"},
-    {nullptr, kInstanceNamespace, "nil"},
-};
-
-const SchemaAllowedAttribute *findAllowed(const XML_DOM_Attr *attribute) {
-    for (const SchemaAllowedAttribute &allowed : kAllowed) {
-        if (isNamed(attribute, allowed.localName, allowed.namespaceName)) return &allowed;
-    }
-    return nullptr;
-}
-
-void checkAllowedValue(XML_DOM_Node *element, const XML_DOM_Attr *attribute,
-                       const SchemaAllowedAttribute &allowed, Validation &run) {
-    const char *value = XML_DOM_GetAttrValByHandle(attribute);
-    if (!allowed.handler || allowed.handler(value) == 1) return;
-    constexpr std::size_t kQuoted = 20;
-    writeMessage(run.message, sizeof run.message,
-                 {beginningOf(value, kQuoted), " is not a valid value for ", allowed.namespaceName,
-                  ":", allowed.localName});
-    Schema_SetError(run, 4,
-                    {.node = element,
-                     .attrName = allowed.localName,
-                     .attrNs = allowed.namespaceName,
-                     .text = run.message});
-}
 
 void unexpected(XML_DOM_Node *element, const XML_DOM_Attr *attribute, Validation &run) {
     const AttributeName name = nameOf(attribute);
     Schema_SetError(run, 7, {.node = element, .attrName = name.name, .attrNs = name.ns});
 }
 
-// ---- attributes that are declared -----------------------------------------------------------------
-
-// The check of one element. Attributes that a declaration, a wildcard or the table above has claimed
+// The check of one element. Attributes that a declaration, a wildcard or the table of allowed ones has claimed
 // are struck from run.attributes.
 class AttributeCheck {
   public:

@@ -3,7 +3,7 @@
 #include <cstddef>
 #include <cstdint>
 
-#include "schema/namespace_match.h"
+#include "schema/lookahead.h"
 #include "schema/occurrence.h"
 
 namespace cxml {
@@ -32,101 +32,6 @@ namespace {
 
 Uses matchParticle(SchemaContentCursor &cursor, const SchemaTypedRef &particle, bool inRepeat,
                    Validation &run);
-
-// ---- what particles can do ----------------------------------------------------------------------
-
-const SchemaElementDecl &elementOf(const SchemaTypedRef &particle) {
-    return *static_cast<const SchemaElementDecl *>(particle.object);
-}
-
-const SchemaElementWildcard &wildcardOf(const SchemaTypedRef &particle) {
-    return *static_cast<const SchemaElementWildcard *>(particle.object);
-}
-
-const SchemaModelGroup &groupOf(const SchemaTypedRef &particle) {
-    return *static_cast<const SchemaModelGroup *>(particle.object);
-}
-
-bool isEmptiable(const SchemaTypedRef &particle);
-
-std::uint32_t countRequired(const SchemaModelGroup &group) {
-    std::uint32_t required = 0;
-    for (std::uint32_t i = 0; i < group.particleCount; ++i) {
-        if (!isEmptiable(group.particles[i])) ++required;
-    }
-    return required;
-}
-
-// Whether one repetition of a group can match nothing, given its particles that cannot.
-bool isContentEmptiable(const SchemaModelGroup &group, std::uint32_t required) {
-    if (group.particleCount == 0) return true;
-    return group.compositor == SCHEMA_KIND_CHOICE ? required < group.particleCount : required == 0;
-}
-
-bool isEmptiable(const SchemaTypedRef &particle) {
-    switch (particle.kind) {
-        case SCHEMA_KIND_ELEMENT:
-            return elementOf(particle).minOccurs == 0;
-        case SCHEMA_KIND_ELEMENT_WILDCARD:
-            return wildcardOf(particle).minOccurs == 0;
-        case SCHEMA_KIND_MODEL_GROUP: {
-            const SchemaModelGroup &group = groupOf(particle);
-            return group.minOccurs == 0 || isContentEmptiable(group, countRequired(group));
-        }
-        default:
-            return true;  // matches nothing at all
-    }
-}
-
-struct WildcardMatch {
-    bool accepts;
-    const SchemaElementDecl *decl;  // to check the child against, or null
-};
-
-constexpr std::int32_t kLax = 1, kSkip = 2;
-
-WildcardMatch matchWildcard(const ElementName &child, const SchemaElementWildcard &wildcard,
-                            const Validation &run) {
-    const char *ns = nullptr;
-    if (!child.node || !Schema_NamespaceMatch(child.ns, wildcard.namespaceConstraint,
-                                              wildcard.targetNamespace, &ns)) {
-        return {false, nullptr};
-    }
-    if (wildcard.processContents == kSkip) return {true, nullptr};
-    const SchemaElementDecl *decl = Schema_FindTopElement(child.name, ns, run);
-    return {decl || wildcard.processContents == kLax, decl};
-}
-
-bool canBegin(const SchemaTypedRef &particle, const ElementName &child, Validation &run);
-
-bool canGroupBegin(const SchemaModelGroup &group, const ElementName &child, Validation &run) {
-    // Intended: an all group is never chosen by looking ahead.
-    if (group.compositor != SCHEMA_KIND_CHOICE && group.compositor != SCHEMA_KIND_SEQUENCE) {
-        return false;
-    }
-    for (std::uint32_t i = 0; i < group.particleCount; ++i) {
-        const SchemaTypedRef &particle = group.particles[i];
-        if (canBegin(particle, child, run)) return true;
-        if (group.compositor == SCHEMA_KIND_SEQUENCE && !isEmptiable(particle)) return false;
-    }
-    return false;
-}
-
-bool canBegin(const SchemaTypedRef &particle, const ElementName &child, Validation &run) {
-    if (!child.node) return false;
-    switch (particle.kind) {
-        case SCHEMA_KIND_ELEMENT:
-            return matches(child, elementOf(particle), run);
-        case SCHEMA_KIND_ELEMENT_WILDCARD:
-            return matchWildcard(child, wildcardOf(particle), run).accepts;
-        case SCHEMA_KIND_MODEL_GROUP:
-            return canGroupBegin(groupOf(particle), child, run);
-        default:
-            return false;
-    }
-}
-
-// ---- elements and wildcards ---------------------------------------------------------------------
 
 void advance(SchemaContentCursor &cursor) {
     setCurrent(cursor, cursor.current.node->nextSibling);
@@ -217,8 +122,6 @@ Uses matchWildcardParticle(SchemaContentCursor &cursor, const SchemaElementWildc
     }
     return usesOf(count, wildcard.minOccurs, wildcard.maxOccurs);
 }
-
-// ---- groups -------------------------------------------------------------------------------------
 
 // Opens a group for as long as it lives.
 class OpenGroup {
@@ -410,8 +313,6 @@ Uses matchParticle(SchemaContentCursor &cursor, const SchemaTypedRef &particle, 
             return {0, kInfinite};  // matches nothing
     }
 }
-
-// ---- derivations --------------------------------------------------------------------------------
 
 void matchTopGroup(SchemaContentCursor &cursor, const SchemaModelGroup *group, Validation &run) {
     if (group) Schema_MatchModelGroup(cursor, *group, false, run);
