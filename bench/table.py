@@ -91,7 +91,7 @@ def print_library_sizes(program):
     try:
         linked = subprocess.run(["ldd", program], check=True, capture_output=True, text=True).stdout
         paths = [path for path in re.findall(r"=> (\S+)", linked)
-                 if re.search(r"lib(compactxml|expat|pugixml|tinyxml2|xml2)\.so", path)]
+                 if re.search(r"lib(compactxml|expat|pugixml|tinyxml2|xml2|xerces-c)[^/]*\.so", path)]
         rows = subprocess.run(["size", *paths], check=True, capture_output=True, text=True).stdout
     except (OSError, subprocess.CalledProcessError):
         return
@@ -111,7 +111,7 @@ def main(arguments):
     results = json.loads(text)
     runs, errors = read_runs(results)
     print_context(results["context"], runs)
-    for job in ("parse", "build+delete", "serialize", "limit"):
+    for job in ("parse", "build+delete", "serialize", "validate", "read+validate", "limit"):
         for (run_job, document), by_contestant in sorted(
                 runs.items(), key=lambda item: document_order(item[0][1])):
             if run_job == job:

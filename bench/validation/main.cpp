@@ -2,8 +2,9 @@
 //
 //   compactxml_bench_validation SCHEMA_FILE [GOOGLE_BENCHMARK_OPTION]...
 //
-// "validate" takes a tree that is there; "read+validate" begins with the text. All validators must
-// accept the documents and refuse the same ones with a mistake at their ends before a time is taken.
+// Named JOB/ports/SIZE/VALIDATOR. "validate" takes a tree that is there; "read+validate" begins with
+// the text. All validators must accept the documents and refuse the same ones with a mistake at their
+// ends before a time is taken.
 #include <benchmark/benchmark.h>
 
 #include <cstdio>
@@ -96,12 +97,14 @@ int main(int argc, char **argv) {
         makeDocument(4000,
                      "<port id=\"1\" "
                      "name=\"x\"><enabled>true</enabled><mtu>9217</mtu><octets>1</octets></port>");
+    benchmark::AddCustomContext("compiler", BENCH_COMPILER);
+    benchmark::AddCustomContext("flags", BENCH_FLAGS);
     for (const Validator *validator : kValidators) {
         validator->prepare(schema);
         benchmark::AddCustomContext(validator->name, validator->version);
         requireAgreement(*validator, documents[0], invalid);
         for (std::size_t i = 0; i < std::size(documents); ++i) {
-            const std::string suffix = std::string(kSizes[i]) + "/" + validator->name;
+            const std::string suffix = "ports/" + std::string(kSizes[i]) + "/" + validator->name;
             if (validator->build) {
                 benchmark::RegisterBenchmark(("validate/" + suffix).c_str(), validateTree,
                                              std::cref(*validator), std::cref(documents[i]));

@@ -36,7 +36,7 @@ bool readAndValidate(std::string_view document) {
 
 }  // namespace
 
-const Validator kCompactXmlValidator = {"CompactXML", "this one", prepare,        build,
-                                        validate,     destroy,    readAndValidate};
+const Validator kCompactXmlValidator = {"compactxml", "this library", prepare,        build,
+                                        validate,     destroy,        readAndValidate};
 
 }  // namespace bench

@@ -54,7 +54,7 @@ bool readAndValidate(std::string_view document) {
 
 }  // namespace
 
-const Validator kXercesValidator = {"Xerces-C", XERCES_FULLVERSIONDOT, prepare, nullptr, nullptr,
+const Validator kXercesValidator = {"xerces-c", XERCES_FULLVERSIONDOT, prepare, nullptr, nullptr,
                                     nullptr,    readAndValidate};
 
 }  // namespace bench
