@@ -34,10 +34,6 @@ constexpr DateFormRow g_SchemaDateForms[] = {
 
 constexpr std::size_t kMostFractionDigits = sizeof(SchemaDateTimeValue::fraction) - 1;
 
-bool isDigit(char c) {
-    return c >= '0' && c <= '9';
-}
-
 bool isSign(char c) {
     return c == '+' || c == '-' || c == '|';  // Intended: the set of signs holds "|" too
 }

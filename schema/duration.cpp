@@ -9,7 +9,7 @@ namespace {
 // The number before a letter; moves *text behind the letter. The spelling has been checked.
 std::uint32_t readPart(const char **text) {
     std::uint32_t number = 0;
-    while (**text >= '0' && **text <= '9') {
+    while (isDigit(**text)) {
         number = number * 10 + static_cast<std::uint32_t>(*(*text)++ - '0');
     }
     ++*text;

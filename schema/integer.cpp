@@ -35,10 +35,6 @@ constexpr IntegerRange g_SchemaIntegerRanges[] = {
 };
 constexpr std::uint32_t kFirstCode = 3, kLastSmallCode = 6, kLastCode = 15;
 
-bool isDigit(char c) {
-    return c >= '0' && c <= '9';
-}
-
 // A number as sign and significant digits, without leading zeros but for 0 itself.
 struct Number {
     bool negative;

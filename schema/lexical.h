@@ -7,6 +7,10 @@
 
 namespace cxml {
 
+inline bool isDigit(char c) noexcept {
+    return c >= '0' && c <= '9';
+}
+
 bool matchesAnything(const char *text) noexcept;         // .
 bool matchesSignedInteger(const char *text) noexcept;    // ^[+|-]?[0-9]+$
 bool matchesUnsignedInteger(const char *text) noexcept;  // ^[0-9]+$
