@@ -16,9 +16,24 @@ function(compactxml_compile_options target)
   endif()
 endfunction()
 
+# For code with much std::string: gcc 12 sees copies that overlap, and writes beyond arrays, where there
+# are none.
+function(compactxml_quiet_gcc_12 target)
+  target_compile_options(${target} PRIVATE
+    "$<$<AND:$<CXX_COMPILER_ID:GNU>,$<VERSION_LESS:$<CXX_COMPILER_VERSION>,13>>:-Wno-restrict;-Wno-array-bounds;-Wno-stringop-overflow>")
+endfunction()
+
 if(COMPACTXML_SANITIZE)
   add_link_options(-fsanitize=${COMPACTXML_SANITIZE})
 endif()
 if(COMPACTXML_COVERAGE)
   add_link_options(--coverage)
 endif()
+
+# A program finds the library wherever the two are installed or moved together.
+function(compactxml_find_library_beside program)
+  if(NOT IS_ABSOLUTE "${CMAKE_INSTALL_BINDIR}" AND NOT IS_ABSOLUTE "${CMAKE_INSTALL_LIBDIR}")
+    file(RELATIVE_PATH library_directory "/${CMAKE_INSTALL_BINDIR}" "/${CMAKE_INSTALL_LIBDIR}")
+    set_target_properties(${program} PROPERTIES INSTALL_RPATH "$ORIGIN/${library_directory}")
+  endif()
+endfunction()

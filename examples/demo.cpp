@@ -14,7 +14,7 @@
 #include <system_error>
 #include <vector>
 
-#include "switch_schema.h"
+#include "switch.h"
 #include "tree_tools.h"
 
 namespace {
@@ -275,7 +275,7 @@ void showValidation(const std::string &path) {
     heading("Validation");
     SchemaRoot schemas;
     Schema_InitRoot(&schemas);
-    expect(registerSwitchSchema(&schemas) == XML_OK, "the schema is registered");
+    expect(SchemaReg_switch(&schemas) == XML_OK, "the schema is registered");
     {
         const Owned<XML_DOM_Node> root = buildFromFile(path);
         const std::string message = validate(root.get(), schemas);
@@ -289,7 +289,7 @@ void showValidation(const std::string &path) {
         const std::string message = validate(root.get(), schemas);
         expect(message == mistake.message, std::string(mistake.what) + ":\n            " + message);
     }
-    deregisterSwitchSchema(&schemas);
+    SchemaDereg_switch(&schemas);
     Schema_ExitRoot(&schemas);
 }
 

@@ -5,7 +5,7 @@
 #include <stdlib.h>
 #include <string.h>
 
-#include "switch_schema.h"
+#include "switch.h"
 
 /* Says what went wrong and where; the value is 1 when all is well. */
 static int check(int good, const char *what) {
@@ -300,11 +300,11 @@ static int isValid(XML_DOM_Node *root, const SchemaRoot *schemas) {
 static int validateFile(const char *path) {
     SchemaRoot schemas; /* made once, for any number of documents */
     Schema_InitRoot(&schemas);
-    uint32_t result = registerSwitchSchema(&schemas);
+    uint32_t result = SchemaReg_switch(&schemas);
     XML_DOM_Node *root = XML_DOM_BuildTreeByFile(path, 0, NULL);
     int valid = result == XML_OK && root && isValid(root, &schemas);
     XML_DOM_DelNode(root);
-    deregisterSwitchSchema(&schemas);
+    SchemaDereg_switch(&schemas);
     Schema_ExitRoot(&schemas);
     return valid;
 }

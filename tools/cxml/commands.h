@@ -27,6 +27,13 @@ struct PrintOptions {
 };
 int runPrint(const PrintOptions &options);
 
+struct ValidateOptions {
+    std::vector<std::string> schemas;  // XML Schema documents
+    std::vector<std::string> plugins;  // compiled units
+    std::vector<std::string> files;
+};
+int runValidate(const ValidateOptions &options);
+
 enum class Show { kText, kInt, kUint, kXml, kPath, kExists };
 
 struct SelectOptions {

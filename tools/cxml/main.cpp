@@ -144,6 +144,37 @@ Command addCheck(CLI::App &app) {
     return {command, [options] { return runCheck(*options); }};
 }
 
+// An option with a value that may be given several times.
+void addTexts(CLI::App *command, const char *name, std::vector<std::string> &values,
+              const char *type, const char *description) {
+    const auto take = [&values, name](const CLI::results_t &results) {
+        values.push_back(unprotect(results.back()));
+        if (values.back().empty()) throw UsageFailure(std::string(name) + " lacks an argument");
+        return true;
+    };
+    command->add_option(name, take, description)
+        ->option_text(type)
+        ->type_size(1)
+        ->trigger_on_parse();
+}
+
+Command addValidate(CLI::App &app) {
+    auto options = std::make_shared<ValidateOptions>();
+    CLI::App *command =
+        addCommand(app, "validate", "Tell whether documents are valid against schemas",
+                   "  cxml validate --schema switch.xsd switch.xml\n"
+                   "  cxml validate --plugin ./libswitch.so *.xml");
+    addTexts(command, "--schema", options->schemas, "FILE.xsd", "An XML Schema document");
+    addTexts(command, "--plugin", options->plugins, "UNIT.so", "A schema that xsd2c compiled");
+    addOperands(command, "FILE", options->files, "Documents; - is standard input");
+    return {command, [options] {
+                if (options->schemas.empty() && options->plugins.empty()) {
+                    throw UsageFailure("--schema or --plugin is needed");
+                }
+                return runValidate(*options);
+            }};
+}
+
 Command addPrint(CLI::App &app) {
     struct Typed : PrintOptions {
         std::string indentText;
@@ -323,7 +354,7 @@ std::string messageOf(const CLI::App &app, const CLI::ParseError &error) {
 }
 
 int runCommandLine(int count, char **values) {
-    CLI::App app("Checks, prints, queries, edits and compares XML documents.", "cxml");
+    CLI::App app("Checks, prints, queries, edits, compares and validates XML documents.", "cxml");
     app.set_version_flag("--version", "cxml " COMPACTXML_VERSION "\n", "Print the version");
     app.require_subcommand(1);
     app.get_formatter()->label("SUBCOMMAND", "COMMAND");
@@ -335,7 +366,7 @@ int runCommandLine(int count, char **values) {
         "Exit status: 0 success; 1 a document is refused or a path selects nothing (of diff:\n"
         "they differ); 2 wrong usage, or a file that cannot be read or written.");
     const Command commands[] = {addCheck(app), addPrint(app), addSelect(app),   addTree(app),
-                                addEdit(app),  addDiff(app),  addEncodings(app)};
+                                addEdit(app),  addDiff(app),  addValidate(app), addEncodings(app)};
     try {
         app.parse(readArguments(count, values));
         for (const Command &command : commands) {

@@ -4,7 +4,7 @@
 #include <chrono>
 #include <string>
 
-#include "tests/tools/cxml/support/run.h"
+#include "tests/tools/support/run.h"
 
 namespace {
 

@@ -2,7 +2,7 @@
 
 #include <string>
 
-#include "tests/tools/cxml/support/run.h"
+#include "tests/tools/support/run.h"
 
 namespace {
 
@@ -32,7 +32,7 @@ struct Case {
 
 constexpr Case kCases[] = {
     // commands
-    {"cxml ''", "--help --version check diff edit encodings print select tree "},
+    {"cxml ''", "--help --version check diff edit encodings print select tree validate "},
     {"cxml e", "edit encodings "},
     {"cxml --v", "--version "},
     {"cxml x", ""},
@@ -43,6 +43,8 @@ constexpr Case kCases[] = {
     {"cxml select --", "--exists --help --int --path --text --uint --xml "},
     {"cxml select switch.xml --e", "--exists "},
     {"cxml tree --", "--depth --help "},
+    {"cxml validate --", "--help --plugin --schema "},
+    {"cxml validate --schema sw", "switch.gb18030.xml switch.xml "},
     {"cxml edit --", "--add --attr --copy --delete --help --in-place --output --rename --set "},
     {"cxml edit f.xml --set a=b --in", "--in-place "},
     {"cxml diff -", "--help "},

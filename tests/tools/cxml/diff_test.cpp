@@ -3,7 +3,7 @@
 #include <string>
 #include <vector>
 
-#include "tests/tools/cxml/support/run.h"
+#include "tests/tools/support/run.h"
 
 namespace {
 

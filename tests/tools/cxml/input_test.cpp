@@ -8,7 +8,7 @@
 #include <filesystem>
 #include <string>
 
-#include "tests/tools/cxml/support/run.h"
+#include "tests/tools/support/run.h"
 
 namespace {
 

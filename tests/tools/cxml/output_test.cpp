@@ -12,7 +12,7 @@
 #include <fstream>
 #include <iterator>
 
-#include "tests/tools/cxml/support/run.h"
+#include "tests/tools/support/run.h"
 #include "tools/cxml/failure.h"
 
 namespace {

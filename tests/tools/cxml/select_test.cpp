@@ -1,6 +1,6 @@
 #include <gtest/gtest.h>
 
-#include "tests/tools/cxml/support/run.h"
+#include "tests/tools/support/run.h"
 
 namespace {
 

@@ -2,7 +2,7 @@
 
 #include <string>
 
-#include "tests/tools/cxml/support/run.h"
+#include "tests/tools/support/run.h"
 
 namespace {
 

@@ -1,7 +1,7 @@
 // What the command line accepts, and how commands end.
 #include <gtest/gtest.h>
 
-#include "tests/tools/cxml/support/run.h"
+#include "tests/tools/support/run.h"
 
 namespace {
 

@@ -1,4 +1,4 @@
-// tests/tools/cxml/support/run.h - runs command lines as a person would type them.
+// tests/tools/support/run.h - runs command lines as a person would type them.
 #pragma once
 
 #include <span>
@@ -11,8 +11,8 @@ struct Result {
     int status = 0;  // 128 + n for signal n
 };
 
-// Runs a line of sh in a fresh directory that holds copies of examples/data/*.xml, with `cxml` on
-// PATH and LC_ALL=C.UTF-8. The line may create its own files (printf, here documents). Standard
+// Runs a line of sh in a fresh directory that holds copies of examples/data/*.xml, with `cxml` and
+// `xsd2c` on PATH and LC_ALL=C.UTF-8. The line may create its own files (printf, here documents). Standard
 // input is empty; the directory is removed afterwards.
 Result runLine(std::string_view line);
 

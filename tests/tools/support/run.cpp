@@ -1,4 +1,4 @@
-#include "tests/tools/cxml/support/run.h"
+#include "tests/tools/support/run.h"
 
 #include <fcntl.h>
 #include <gtest/gtest.h>
@@ -87,8 +87,9 @@ void failLoudly(const char *variable) {
 
 [[noreturn]] void runShell(const std::string &line, const fs::path &directory, int out, int err) {
     const char *present = std::getenv("PATH");
-    const std::string path =
-        fs::path(CXML_PROGRAM).parent_path().string() + ":" + (present ? present : "/usr/bin:/bin");
+    const std::string path = fs::path(CXML_PROGRAM).parent_path().string() + ":" +
+                             fs::path(XSD2C_PROGRAM).parent_path().string() + ":" +
+                             (present ? present : "/usr/bin:/bin");
     setenv("PATH", path.c_str(), 1);
     setenv("LC_ALL", "C.UTF-8", 1);
     failLoudly("ASAN_OPTIONS");
