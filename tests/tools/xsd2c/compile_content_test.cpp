@@ -309,6 +309,14 @@ const SchemaCase kCases[] = {
      "t.xsd:2:38: warning: the default value of attribute 'a' is not enforced\n",
      {"<e/>", "<e a='2'/>"},
      {"<e a='x'/>"}},
+    {"model_that_is_counted_wrongly",
+     R"(<xs:element name="e"><xs:complexType><xs:choice minOccurs="0" maxOccurs="unbounded">
+          <xs:choice minOccurs="2" maxOccurs="3"><xs:element name="a"/><xs:element name="b"/>
+          </xs:choice></xs:choice></xs:complexType></xs:element>)",
+     "t.xsd:3:11: error: the content of an anonymous complexType has a group that has to repeat within "
+     "one that may repeat, which the validator would judge wrongly\n",
+     {},
+     {"<e><a/><a/><a/><b/></e>"}},
     {"ambiguous_model",
      R"(<xs:element name="e"><xs:complexType><xs:sequence>
           <xs:element name="a" minOccurs="0"/><xs:element name="a"/></xs:sequence>

@@ -393,7 +393,9 @@ void SchemaCompiler::checkDeterminism(const ComplexType &type) {
     }
     if (!found.empty()) return;
     for (const GreedyFailure &failure : findGreedyFailures(*model)) {
-        diagnostics_.error(failure.place, failure.text);
+        diagnostics_.error(failure.place, "the content of " + nameInMessages(type) + " has " +
+                                              failure.text +
+                                              ", which the validator would judge wrongly");
     }
 }
 
