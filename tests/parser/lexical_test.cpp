@@ -6,6 +6,7 @@
 #include "gtest/gtest.h"
 #include "tests/support/expectations.h"
 #include "tests/support/parser_model.h"
+#include "tests/support/texts.h"
 
 using namespace std::string_view_literals;
 using support::expectAccepted;
@@ -19,24 +20,7 @@ using support::Refusal;
 namespace {
 
 std::string utf8(long c) {
-    std::string bytes;
-    const auto add = [&bytes](long byte) { bytes += static_cast<char>(byte); };
-    if (c < 0x80) {
-        add(c);
-    } else if (c < 0x800) {
-        add(0xC0 | c >> 6);
-        add(0x80 | (c & 0x3F));
-    } else if (c < 0x10000) {
-        add(0xE0 | c >> 12);
-        add(0x80 | (c >> 6 & 0x3F));
-        add(0x80 | (c & 0x3F));
-    } else {
-        add(0xF0 | c >> 18);
-        add(0x80 | (c >> 12 & 0x3F));
-        add(0x80 | (c >> 6 & 0x3F));
-        add(0x80 | (c & 0x3F));
-    }
-    return bytes;
+    return support::utf8(static_cast<std::uint32_t>(c));
 }
 
 bool accepts(const std::string &document) {

@@ -9,45 +9,12 @@
 
 #include "compactxml.h"
 #include "failure.h"
+#include "text/unicode.h"
 
 namespace tool {
 namespace {
 
 constexpr std::string_view kReplacement = "\xEF\xBF\xBD";  // U+FFFD
-constexpr char32_t kNoChar = 0xFFFFFFFF;
-
-// The character of UTF-8 at the beginning of a text and the bytes it takes; kNoChar and one byte if
-// there is none.
-struct Decoded {
-    char32_t code;
-    std::size_t length;
-};
-
-Decoded decodeUtf8(std::string_view text) {
-    const auto byte = [&](std::size_t i) { return static_cast<unsigned char>(text[i]); };
-    constexpr Decoded kNone = {kNoChar, 1};
-    const unsigned char lead = byte(0);
-    if (lead < 0x80) return {lead, 1};
-    if (lead < 0xC2 || lead > 0xF4) return kNone;
-    const std::size_t length = lead < 0xE0 ? 2 : lead < 0xF0 ? 3 : 4;
-    if (text.size() < length) return kNone;
-    char32_t code = lead & (0xFFu >> (length + 1));
-    for (std::size_t i = 1; i < length; ++i) {
-        if ((byte(i) & 0xC0) != 0x80) return kNone;
-        code = code << 6 | (byte(i) & 0x3Fu);
-    }
-    constexpr char32_t kLeast[] = {0, 0, 0x80, 0x800, 0x10000};
-    const bool surrogate = code >= 0xD800 && code <= 0xDFFF;
-    if (code < kLeast[length] || code > 0x10FFFF || surrogate) return kNone;
-    return {code, length};
-}
-
-bool isAscii(std::string_view text) {
-    for (const char c : text) {
-        if (static_cast<unsigned char>(c) >= 0x80) return false;
-    }
-    return true;
-}
 
 struct DestroyStream {
     void operator()(XML_IO_OutStream *stream) const noexcept { XML_IO_OutStreamDestroy(stream); }
@@ -114,19 +81,19 @@ std::string describeChar(char32_t code) {
 
 std::string toTree(std::string_view utf8, std::string_view name) {
     for (std::size_t at = 0; at < utf8.size();) {
-        const Decoded next = decodeUtf8(utf8.substr(at));
-        if (next.code == kNoChar) {
+        const unicode::Char next = unicode::first(utf8.substr(at));
+        if (next.code == unicode::kNone) {
             throw Failure(kTrouble, std::string(name) + " is not UTF-8 text: " + printable(utf8));
         }
         at += next.length;
     }
-    if (isAscii(utf8)) return std::string(utf8);
+    if (unicode::isAscii(utf8)) return std::string(utf8);
     static TextConversion conversion(XML_ENCODING_UTF_8, XML_ENCODING_GB18030);
     std::string result;
     if (conversion.append(result, utf8)) return result;
     // Some characters for private use are in no table of the machine.
     for (std::size_t at = 0; at < utf8.size();) {
-        const Decoded next = decodeUtf8(utf8.substr(at));
+        const unicode::Char next = unicode::first(utf8.substr(at));
         if (!conversion.append(result, utf8.substr(at, next.length))) {
             throw Failure(kTrouble, std::string(name) +
                                         " has a character that a tree cannot hold, " +
@@ -138,7 +105,7 @@ std::string toTree(std::string_view utf8, std::string_view name) {
 }
 
 std::string toUtf8(std::string_view treeText) {
-    if (isAscii(treeText)) return std::string(treeText);
+    if (unicode::isAscii(treeText)) return std::string(treeText);
     static TextConversion conversion(XML_ENCODING_GB18030, XML_ENCODING_UTF_8);
     std::string result;
     if (conversion.append(result, treeText)) return result;
@@ -158,8 +125,8 @@ std::string printable(std::string_view utf8) {
     std::string result;
     result.reserve(utf8.size());
     while (!utf8.empty()) {
-        const auto [code, length] = decodeUtf8(utf8);
-        if (code == kNoChar) {
+        const auto [code, length] = unicode::first(utf8);
+        if (code == unicode::kNone) {
             result += kReplacement;
         } else if (code == '\n' || code == '\t' || code == '\r') {
             result += code == '\n' ? "\\n" : code == '\t' ? "\\t" : "\\r";
@@ -263,7 +230,7 @@ bool isIn(const Range (&ranges)[kCount], char32_t code) {
 std::size_t displayWidth(std::string_view utf8) {
     std::size_t width = 0;
     while (!utf8.empty()) {
-        const auto [code, length] = decodeUtf8(utf8);
+        const auto [code, length] = unicode::first(utf8);
         utf8.remove_prefix(length);
         if (isIn(kNoCells, code)) continue;
         width += isIn(kTwoCells, code) ? 2 : 1;

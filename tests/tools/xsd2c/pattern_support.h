@@ -8,28 +8,13 @@
 #include <string>
 #include <string_view>
 
+#include "tests/support/texts.h"
+
 namespace patterns {
 
 // One character as UTF-8.
 inline std::string utf8Of(char32_t c) {
-    std::string text;
-    const auto add = [&](char32_t byte) { text += static_cast<char>(byte); };
-    if (c < 0x80) {
-        add(c);
-    } else if (c < 0x800) {
-        add(0xC0 | c >> 6);
-        add(0x80 | (c & 0x3F));
-    } else if (c < 0x10000) {
-        add(0xE0 | c >> 12);
-        add(0x80 | (c >> 6 & 0x3F));
-        add(0x80 | (c & 0x3F));
-    } else {
-        add(0xF0 | c >> 18);
-        add(0x80 | (c >> 12 & 0x3F));
-        add(0x80 | (c >> 6 & 0x3F));
-        add(0x80 | (c & 0x3F));
-    }
-    return text;
+    return support::utf8(c);
 }
 
 inline std::string utf8Of(std::u32string_view text) {

@@ -2,6 +2,8 @@
 
 #include <cstdio>
 
+#include "text/unicode.h"
+
 namespace xsd2c {
 namespace {
 
@@ -10,25 +12,6 @@ constexpr std::size_t kPieceWidth = 72;
 
 bool isPrintable(char c) {
     return c >= 0x20 && c <= 0x7E;
-}
-
-struct Decoded {
-    unsigned long code;
-    std::size_t length;  // 0 if the text does not begin with a character of UTF-8
-};
-
-Decoded decode(std::string_view text) {
-    const auto byte = [&](std::size_t i) { return static_cast<unsigned char>(text[i]); };
-    const unsigned lead = byte(0);
-    if (lead < 0x80) return {lead, 1};
-    const std::size_t length = lead < 0xE0 ? 2 : lead < 0xF0 ? 3 : 4;
-    if (lead < 0xC2 || lead > 0xF4 || text.size() < length) return {0, 0};
-    unsigned long code = lead & (0xFFu >> (length + 1));
-    for (std::size_t i = 1; i < length; ++i) {
-        if ((byte(i) & 0xC0) != 0x80) return {0, 0};
-        code = code << 6 | (byte(i) & 0x3Fu);
-    }
-    return {code, length};
 }
 
 std::string octal(char c) {
@@ -56,16 +39,17 @@ std::string asciiOf(std::string_view utf8) {
     std::string result;
     result.reserve(utf8.size());
     while (!utf8.empty()) {
-        const auto [code, length] = decode(utf8);
+        const auto [code, length] = unicode::first(utf8);
         if (length == 1 && isPrintable(utf8[0])) {
             result += utf8[0];
         } else {
             char text[16];
-            const unsigned long number = length ? code : static_cast<unsigned char>(utf8[0]);
-            std::snprintf(text, sizeof text, length ? "u%04lX" : "x%02lX", number);
+            const bool known = code != unicode::kNone;
+            const unsigned long number = known ? code : static_cast<unsigned char>(utf8[0]);
+            std::snprintf(text, sizeof text, known ? "u%04lX" : "x%02lX", number);
             result += text;
         }
-        utf8.remove_prefix(length ? length : 1);
+        utf8.remove_prefix(length);
     }
     return result;
 }

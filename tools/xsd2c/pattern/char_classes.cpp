@@ -2,6 +2,7 @@
 
 #include <cstddef>
 
+#include "text/xml_names.h"
 #include "xsd2c/pattern/unicode_tables.h"
 
 namespace xsd2c {
@@ -31,9 +32,15 @@ CharSet unassignedChars() {
     return assigned.complement();
 }
 
+CharSet makeNameStartChars() {
+    CharSet result = {{':', ':'}};
+    for (const auto &[first, last] : xml_names::kStart) result.add(first, last);
+    return result;
+}
+
 CharSet makeNameChars() {
     CharSet result = nameStartChars();
-    result.add({{'-', '.'}, {'0', '9'}, {0xB7, 0xB7}, {0x300, 0x36F}, {0x203F, 0x2040}});
+    for (const auto &[first, last] : xml_names::kRest) result.add(first, last);
     return result;
 }
 
@@ -52,11 +59,7 @@ const CharSet &whiteSpaceChars() {
 }
 
 const CharSet &nameStartChars() {
-    static const CharSet chars = {
-        {':', ':'},       {'A', 'Z'},       {'_', '_'},       {'a', 'z'},
-        {0xC0, 0xD6},     {0xD8, 0xF6},     {0xF8, 0x2FF},    {0x370, 0x37D},
-        {0x37F, 0x1FFF},  {0x200C, 0x200D}, {0x2070, 0x218F}, {0x2C00, 0x2FEF},
-        {0x3001, 0xD7FF}, {0xF900, 0xFDCF}, {0xFDF0, 0xFFFD}, {0x10000, 0xEFFFF}};
+    static const CharSet chars = makeNameStartChars();
     return chars;
 }
 

@@ -7,6 +7,7 @@
 #include <unordered_map>
 #include <utility>
 
+#include "text/unicode.h"
 #include "xsd2c/pattern/char_classes.h"
 #include "xsd2c/pattern/pattern.h"
 
@@ -20,27 +21,15 @@ constexpr char32_t kNoChar = 0xFFFFFFFF;
 }
 
 // The characters of a text; index counts them where it is no UTF-8.
-std::u32string decode(std::string_view utf8) {
-    constexpr char32_t kLeast[] = {0, 0, 0x80, 0x800, 0x10000};
+std::u32string decode(std::string_view text) {
     std::u32string result;
-    const auto byte = [&](std::size_t at) -> char32_t {
-        return at < utf8.size() ? static_cast<unsigned char>(utf8[at]) : 0;
-    };
-    for (std::size_t at = 0; at < utf8.size();) {
-        const char32_t lead = byte(at);
-        const std::size_t length = lead < 0x80 ? 1 : lead < 0xE0 ? 2 : lead < 0xF0 ? 3 : 4;
-        char32_t code = length == 1 ? lead : lead & (0xFFu >> (length + 1));
-        bool good = length == 1 || (lead >= 0xC2 && lead <= 0xF4);
-        for (std::size_t i = 1; i < length; ++i) {
-            good = good && (byte(at + i) & 0xC0) == 0x80;
-            code = code << 6 | (byte(at + i) & 0x3F);
-        }
-        if (!good || code < kLeast[length] || code > kLastChar || code == 0 ||
-            (code >= 0xD800 && code <= 0xDFFF)) {
+    while (!text.empty()) {
+        const unicode::Char next = unicode::first(text);
+        if (next.code == unicode::kNone || next.code == 0) {
             fail(result.size(), "the text is not UTF-8");
         }
-        result += code;
-        at += length;
+        result += next.code;
+        text.remove_prefix(next.length);
     }
     return result;
 }

@@ -2,8 +2,9 @@
 
 #include <iconv.h>
 
-#include <algorithm>
 #include <stdexcept>
+
+#include "text/unicode.h"
 
 namespace xsd2c {
 namespace {
@@ -39,15 +40,10 @@ class Converter {
 
 }  // namespace
 
-bool isAscii(std::string_view text) {
-    return std::all_of(text.begin(), text.end(),
-                       [](char c) { return static_cast<unsigned char>(c) < 0x80; });
-}
-
-std::string toTreeText(std::string_view utf8) {
-    if (isAscii(utf8)) return std::string(utf8);
+std::string toTreeText(std::string_view text) {
+    if (unicode::isAscii(text)) return std::string(text);
     static Converter converter;
-    return converter.convert(utf8);
+    return converter.convert(text);
 }
 
 }  // namespace xsd2c

@@ -9,6 +9,4 @@ namespace xsd2c {
 // Converts UTF-8, as the parser gives it, to GB18030, which has a form for each of its characters.
 std::string toTreeText(std::string_view utf8);
 
-bool isAscii(std::string_view text);
-
 }  // namespace xsd2c

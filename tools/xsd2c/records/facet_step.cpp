@@ -4,6 +4,7 @@
 #include <optional>
 
 #include "compactxml.h"
+#include "text/unicode.h"
 #include "xsd2c/pattern/pattern.h"
 #include "xsd2c/pattern/tree_text.h"
 #include "xsd2c/xsd/xml_text.h"
@@ -388,7 +389,7 @@ void FacetStep::addEnumeration(const std::vector<Facet> &facets) {
         }
         if (!any) place = facet.place;
         any = true;
-        asciiOnly = asciiOnly && isAscii(value);
+        asciiOnly = asciiOnly && unicode::isAscii(value);
         asPattern = type_.family == Family::kDecimal || type_.family == Family::kList;
         if (asPattern) {
             alternatives +=

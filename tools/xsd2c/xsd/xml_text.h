@@ -8,18 +8,6 @@
 
 namespace xsd2c {
 
-// A character of UTF-8 and the bytes that it takes.
-struct Utf8Char {
-    char32_t code;
-    std::size_t length;
-};
-
-inline constexpr char32_t kNotUtf8 = 0xFFFFFFFF;
-
-// The character at the beginning of a text, which is not empty; kNotUtf8 and one byte if there is
-// none.
-Utf8Char firstChar(std::string_view utf8);
-
 // White space as XML Schema 1.0 Datatypes, 4.3.6, collapses it: none at the ends, one blank between words.
 std::string collapsed(std::string_view text);
 
