@@ -96,7 +96,7 @@ constexpr char kLongOptions[] = " | grep -oE -e '--[a-z]+(-[a-z]+)*' | sort -u |
 // What each command's help lists is offered, and stands in the manual.
 TEST_F(ToolCompletion, KnowsTheOptionsOfEachCommand) {
     for (const std::string command :
-         {"check", "print", "select", "tree", "edit", "diff", "encodings"}) {
+         {"check", "validate", "print", "select", "tree", "edit", "diff", "encodings"}) {
         const Result help =
             runLine("cxml " + command + " --help | sed '/^Examples:/,$d'" + kLongOptions);
         const Result offered = runLine(kComplete + "c cxml " + command + " --");
@@ -113,7 +113,7 @@ TEST_F(ToolCompletion, KnowsTheEncodings) {
 
 TEST(ToolManual, HasEveryOption) {
     const Result result = runLine(
-        "for c in check print select tree edit diff encodings; do"
+        "for c in check validate print select tree edit diff encodings; do"
         " cxml $c --help | grep -oE -e '--[a-z]+(-[a-z]+)*'; done | sort -u | while read -r "
         "option; do"
         " sed 's/\\\\-/-/g' '" CXML_SOURCE_DIR

@@ -90,4 +90,33 @@ TEST(Xsd2cCommand, Refuses) {
     expectCommands(kRefused);
 }
 
+TEST(Xsd2cManual, HasEveryOption) {
+    const Result result = runLine(
+        "xsd2c --help | grep -oE -e '--[a-z]+' | sort -u | while read -r option; do"
+        " sed 's/\\\\-/-/g' '" XSD2C_SOURCE_DIR
+        "/xsd2c.1' | grep -qwF -e \"$option\" || echo \"$option\"; done");
+    EXPECT_EQ(result.out, "");
+    EXPECT_EQ(result.err, "");
+}
+
+TEST(Xsd2cManual, IsFormattedWithoutWarnings) {
+    if (runLine("groff --version").status != 0) GTEST_SKIP() << "groff is not installed";
+    const Result result = runLine("groff -ww -man -z '" XSD2C_SOURCE_DIR "/xsd2c.1'");
+    EXPECT_EQ(result.out + result.err, "");
+    EXPECT_EQ(result.status, 0);
+}
+
+TEST(Xsd2cCompletion, OffersTheOptions) {
+    if (runLine("bash --version").status != 0) GTEST_SKIP() << "bash is not installed";
+    const Result offered = runLine(
+        "cat >complete <<'END'\n"
+        "source '" XSD2C_SOURCE_DIR
+        "/completion/xsd2c'\n"
+        "COMP_WORDS=(\"$@\"); COMP_CWORD=$(($# - 1)); _xsd2c; printf '%s\\n' \"${COMPREPLY[@]}\"\n"
+        "END\n"
+        "bash --norc --noprofile complete xsd2c -- | sort");
+    const Result options = runLine("xsd2c --help | grep -oE -e '--[a-z]+' | sort -u");
+    EXPECT_EQ(offered.out, options.out);
+}
+
 }  // namespace
