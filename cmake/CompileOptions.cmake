@@ -20,7 +20,7 @@ endfunction()
 # are none.
 function(compactxml_quiet_gcc_12 target)
   target_compile_options(${target} PRIVATE
-    "$<$<AND:$<CXX_COMPILER_ID:GNU>,$<VERSION_LESS:$<CXX_COMPILER_VERSION>,13>>:-Wno-restrict;-Wno-array-bounds;-Wno-stringop-overflow>")
+    "$<$<AND:$<CXX_COMPILER_ID:GNU>,$<VERSION_LESS:$<CXX_COMPILER_VERSION>,13>>:-Wno-restrict;-Wno-array-bounds;-Wno-stringop-overflow;-Wno-stringop-overread>")
 endfunction()
 
 if(COMPACTXML_SANITIZE)
