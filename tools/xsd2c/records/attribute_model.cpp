@@ -61,14 +61,30 @@ std::optional<Wildcard> AttributeModels::both(const std::optional<Wildcard> &a, 
     return result;
 }
 
+// Those of the groups first, each with what its own groups say: of all that there are, how attributes
+// are processed is told by the one that stands here, or else by that of the first group.
+std::optional<Wildcard> AttributeModels::wildcardOf(const DeclaredAttributes &declared,
+                                                    const Place &place) {
+    const auto known = wildcards_.find(&declared);
+    if (known != wildcards_.end()) return known->second;
+    std::optional<Wildcard> wildcard;
+    if (declared.wildcard) wildcard = *declared.wildcard;
+    // Goes down the groups: the front end has seen to it that they are few.
+    for (const AttributeGroup *group : declared.groups) {
+        const std::optional<Wildcard> part = wildcardOf(group->attributes, group->place);
+        if (part) wildcard = both(wildcard, *part, place);
+    }
+    return wildcards_.emplace(&declared, wildcard).first->second;
+}
+
 AttributeModel AttributeModels::of(const DeclaredAttributes &declared, const Place &place) {
     AttributeModel model;
     for (const DeclaredAttributes *part : withGroups(declared)) {
         for (const AttributeUse &use : part->uses) {
             if (use.use != Use::kProhibited) model.uses.push_back(&use);
         }
-        if (part->wildcard) model.wildcard = both(model.wildcard, *part->wildcard, place);
     }
+    model.wildcard = wildcardOf(declared, place);
     return model;
 }
 
@@ -88,7 +104,9 @@ AttributeModel AttributeModels::of(const ComplexType &type) {
         std::set<Name> replaced;
         for (const AttributeUse *use : own.uses) replaced.insert(nameOf(*use));
         for (const AttributeUse &use : (*step)->attributes.uses) {
-            if (use.use == Use::kProhibited) replaced.insert(nameOf(use));
+            // An extension takes nothing away.
+            const bool takesAway = use.use == Use::kProhibited && !isExtension(**step);
+            if (takesAway) replaced.insert(nameOf(use));
         }
         for (const AttributeUse *use : model.uses) {
             if (replaced.count(nameOf(*use)) == 0) own.uses.push_back(use);

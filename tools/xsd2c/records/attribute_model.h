@@ -3,6 +3,7 @@
 #pragma once
 
 #include <optional>
+#include <unordered_map>
 #include <vector>
 
 #include "xsd2c/xsd/components.h"
@@ -24,10 +25,12 @@ class AttributeModels {
     AttributeModel of(const ComplexType &type);
 
   private:
+    std::optional<Wildcard> wildcardOf(const DeclaredAttributes &declared, const Place &place);
     std::optional<Wildcard> both(const std::optional<Wildcard> &a, const Wildcard &b,
                                  const Place &place);
 
     Diagnostics &diagnostics_;
+    std::unordered_map<const DeclaredAttributes *, std::optional<Wildcard>> wildcards_;
 };
 
 // Whether a wildcard has a part in what a type or a type that it derives from says of attributes.

@@ -71,7 +71,7 @@ bool isEmpty(const Particle &content) {
 // 3.4.2).
 bool isMixed(const ComplexType &type) {
     const ComplexType *step = &type;
-    while (step->derivation == Derivation::kComplexExtension &&
+    while (step->derivation == Derivation::kComplexExtension && !step->mixed &&
            (!step->content || isEmpty(*step->content))) {
         step = std::get<const ComplexType *>(step->base);
     }

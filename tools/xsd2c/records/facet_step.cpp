@@ -199,6 +199,8 @@ CompiledStep FacetStep::compile(const CompiledType &base, const std::vector<Face
             setWhiteSpace(facet);
         }
     }
+    checkBounds(facets);
+    checkDigits(facets);
     addPatterns(facets);
     addEnumeration(facets);
     describeItem(facets);
@@ -325,6 +327,49 @@ void FacetStep::addBound(const Facet &facet) {
             return diagnostics_.notEnforced(facet.place, described(facet) + " of " + owner_);
         default:
             return add(recordKind(facet.kind), facet.value);
+    }
+}
+
+// Bounds of one step that exclude each other.
+void FacetStep::checkBounds(const std::vector<Facet> &facets) {
+    const Facet *least = nullptr, *most = nullptr;
+    for (const Facet &facet : facets) {
+        if (!isBound(facet.kind)) continue;
+        const bool isLeast =
+            facet.kind == FacetKind::kMinInclusive || facet.kind == FacetKind::kMinExclusive;
+        const Facet *&side = isLeast ? least : most;
+        if (side) {
+            diagnostics_.error(facet.place, described(facet) + " of " + owner_ + " stands beside " +
+                                                described(*side));
+        }
+        side = &facet;
+    }
+    if (!least || !most || type_.family == Family::kFloat) return;
+    const std::string &value = most->value;
+    if (!hasValue(*base_, least->value) || !hasValue(*base_, value)) return;  // is told elsewhere
+    char message[512];
+    const SchemaFacet facet = {least->value.c_str(), SCHEMA_FACET_MIN_INCLUSIVE, type_.code};
+    const bool ordered =
+        type_.family == Family::kDecimal
+            ? XML_IsMatchRegex(decimalBoundPattern(Bound::kMinInclusive, least->value).c_str(),
+                               value.c_str()) == 1
+            : Schema_CheckFacet(&facet, value.c_str(), sizeof message, message) == XML_OK;
+    if (ordered) return;
+    diagnostics_.error(least->place, described(*least) + " and " + described(*most) + " of " +
+                                         owner_ + " leave no value");
+}
+
+void FacetStep::checkDigits(const std::vector<Facet> &facets) {
+    const auto countOf = [&](FacetKind kind) {
+        const auto facet = std::find_if(facets.begin(), facets.end(),
+                                        [&](const Facet &each) { return each.kind == kind; });
+        return facet == facets.end() ? std::nullopt : readInteger(facet->value);
+    };
+    const std::optional<Integer> total = countOf(FacetKind::kTotalDigits);
+    const std::optional<Integer> fraction = countOf(FacetKind::kFractionDigits);
+    if (total && fraction && *fraction > *total) {
+        diagnostics_.error(facets.front().place,
+                           "fractionDigits of " + owner_ + " is greater than totalDigits");
     }
 }
 

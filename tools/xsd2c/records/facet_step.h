@@ -40,7 +40,9 @@ class FacetStep {
     void addCharacterLength(const Lengths &lengths);
     void addBound(const Facet &facet);
     void addIntegerBound(const Facet &facet);
+    void checkBounds(const std::vector<Facet> &facets);
     void addDigits(const Facet &facet);
+    void checkDigits(const std::vector<Facet> &facets);
     void addEnumeration(const std::vector<Facet> &facets);
     void addPatterns(const std::vector<Facet> &facets);
     void setWhiteSpace(const Facet &facet);

@@ -18,7 +18,7 @@ std::optional<Wildcard> intersected(const Wildcard &a, const Wildcard &b);
 std::optional<Wildcard> united(const Wildcard &a, const Wildcard &b);
 
 // As a record says it: "##any", "##other", or names divided by single blanks, of which the empty one
-// is the absent namespace. In UTF-8.
+// is the absent namespace; a name that there cannot be for none of all. In UTF-8.
 std::string constraintOf(const Wildcard &wildcard);
 
 }  // namespace xsd2c
