@@ -111,7 +111,7 @@ def main(arguments):
     results = json.loads(text)
     runs, errors = read_runs(results)
     print_context(results["context"], runs)
-    for job in ("parse", "build+delete", "serialize", "validate", "read+validate", "limit"):
+    for job in ("parse", "build+delete", "serialize", "validate", "read+validate", "load", "limit"):
         for (run_job, document), by_contestant in sorted(
                 runs.items(), key=lambda item: document_order(item[0][1])):
             if run_job == job:

@@ -219,7 +219,13 @@ Ere ereOfChars(const CharSet &chars, bool asciiOnly) {
         all += range.last - range.first + 1;
     }
     if (in == 0) return ascii;
-    return alternatives({ascii, in == all ? anyLongChar() : ereOfLongChars(chars)});
+    if (in == all) return alternatives({ascii, anyLongChar()});
+    // The same few classes come up in pattern after pattern, and take long to work out.
+    static std::map<std::vector<CharRange>, Ere> known;
+    const auto entry = known.find(chars.ranges());
+    if (entry != known.end()) return entry->second;
+    return known.emplace(chars.ranges(), alternatives({ascii, ereOfLongChars(chars)}))
+        .first->second;
 }
 
 }  // namespace xsd2c

@@ -1,5 +1,6 @@
 #include "xsd2c/records/compile.h"
 
+#include <algorithm>
 #include <cstdint>
 #include <deque>
 #include <set>
@@ -78,13 +79,19 @@ bool isMixed(const ComplexType &type) {
     return step->mixed || step->isAnyType;
 }
 
+bool hasLists(const Components &components) {
+    return std::any_of(
+        components.simpleTypes.begin(), components.simpleTypes.end(),
+        [](const SimpleType &type) { return type.variety == SimpleType::Variety::kList; });
+}
+
 class SchemaCompiler {
   public:
     SchemaCompiler(const Components &components, Records &records, Diagnostics &diagnostics)
         : components_(components),
           records_(records),
           diagnostics_(diagnostics),
-          simpleTypes_(records, diagnostics),
+          simpleTypes_(records, diagnostics, hasLists(components)),
           attributes_(records, diagnostics, simpleTypes_),
           substitutions_(components) {}
 

@@ -203,7 +203,7 @@ CompiledStep FacetStep::compile(const CompiledType &base, const std::vector<Face
     checkDigits(facets);
     addPatterns(facets);
     addEnumeration(facets);
-    describeItem(facets);
+    if (describesItems_) describeItem(facets);
     return {std::move(facets_), std::move(type_)};
 }
 
@@ -389,6 +389,23 @@ void FacetStep::addDigits(const Facet &facet) {
 
 // ---- patterns and enumerations ----
 
+// Of several patterns each is told of at its own place; one that is wrong spoils the step.
+bool FacetStep::areWellFormed(const std::vector<Facet> &facets, std::size_t count) {
+    if (count == 1) return true;  // will be seen to when it is translated
+    for (const Facet &facet : facets) {
+        if (facet.kind != FacetKind::kPattern) continue;
+        try {
+            translatePatterns({facet.value}, true);
+        } catch (const BadPattern &bad) {
+            diagnostics_.error(facet.place, described(facet) + " of " + owner_ + ": " + bad.what());
+            return false;
+        } catch (const NoTranslation &) {
+            // of the step as a whole, if at all
+        }
+    }
+    return true;
+}
+
 void FacetStep::addPatterns(const std::vector<Facet> &facets) {
     std::vector<std::string> patterns;
     const Facet *first = nullptr;
@@ -396,17 +413,8 @@ void FacetStep::addPatterns(const std::vector<Facet> &facets) {
         if (facet.kind != FacetKind::kPattern) continue;
         if (!first) first = &facet;
         patterns.push_back(facet.value);
-        try {
-            translatePatterns({facet.value}, type_.ascii);
-        } catch (const BadPattern &bad) {
-            // Told at the place of each; one of them spoils the step.
-            return diagnostics_.error(facet.place,
-                                      described(facet) + " of " + owner_ + ": " + bad.what());
-        } catch (const NoTranslation &) {
-            // of the step as a whole, below
-        }
     }
-    if (!first) return;
+    if (!first || !areWellFormed(facets, patterns.size())) return;
     Translated translated;
     addPattern(
         first->place,

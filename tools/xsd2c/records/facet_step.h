@@ -17,11 +17,13 @@ namespace xsd2c {
 class FacetStep {
   public:
     FacetStep(Records &records, Diagnostics &diagnostics,
-              std::unordered_set<std::string> &compiledPatterns, std::string owner)
+              std::unordered_set<std::string> &compiledPatterns, std::string owner,
+              bool describesItems)
         : records_(records),
           diagnostics_(diagnostics),
           compiledPatterns_(compiledPatterns),
-          owner_(std::move(owner)) {}
+          owner_(std::move(owner)),
+          describesItems_(describesItems) {}
 
     CompiledStep compile(const CompiledType &base, const std::vector<Facet> &facets);
 
@@ -44,6 +46,7 @@ class FacetStep {
     void addDigits(const Facet &facet);
     void checkDigits(const std::vector<Facet> &facets);
     void addEnumeration(const std::vector<Facet> &facets);
+    bool areWellFormed(const std::vector<Facet> &facets, std::size_t count);
     void addPatterns(const std::vector<Facet> &facets);
     void setWhiteSpace(const Facet &facet);
     void describeItem(const std::vector<Facet> &facets);
@@ -56,6 +59,7 @@ class FacetStep {
     Diagnostics &diagnostics_;
     std::unordered_set<std::string> &compiledPatterns_;
     std::string owner_;
+    bool describesItems_;  // CompiledType::item is wanted
     const CompiledType *base_ = nullptr;
     CompiledType type_;
     std::vector<SchemaFacet> facets_;

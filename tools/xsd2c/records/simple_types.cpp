@@ -76,7 +76,7 @@ CompiledType SimpleTypes::compileBuiltin(const BuiltinType &type) {
     compiled.checkable =
         type.family != Family::kAnyUri && type.family != Family::kQName && type.name != "language";
     compiled.universal = type.name == "string" || type.name == "anySimpleType";
-    compiled.item = itemOf(type);
+    if (hasLists_) compiled.item = itemOf(type);
     if (type.family == Family::kInteger) {
         compiled.range = {*readInteger(type.least), *readInteger(type.most)};
         compiled.itemIsRange = true;
@@ -167,7 +167,7 @@ CompiledType SimpleTypes::compileList(const SimpleType &type) {
     compiled.listItem = item.item.value_or(kAnyItem);
     std::vector<SchemaFacet> facets;
     if (item.item) {
-        FacetStep step{records_, diagnostics_, compiledPatterns_, nameInMessages(type)};
+        FacetStep step{records_, diagnostics_, compiledPatterns_, nameInMessages(type), hasLists_};
         step.addPattern(type.place, [&] { return listPattern(*item.item, 0, std::nullopt); });
         facets = step.take();
     } else {
@@ -213,7 +213,7 @@ CompiledType SimpleTypes::compileUnion(const SimpleType &type) {
 
 CompiledStep SimpleTypes::restrict(const CompiledType &base, const std::vector<Facet> &facets,
                                    const std::string &owner) {
-    FacetStep step{records_, diagnostics_, compiledPatterns_, owner};
+    FacetStep step{records_, diagnostics_, compiledPatterns_, owner, hasLists_};
     return step.compile(base, facets);
 }
 

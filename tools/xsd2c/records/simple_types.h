@@ -41,8 +41,9 @@ struct CompiledStep {
 
 class SimpleTypes {
   public:
-    SimpleTypes(Records &records, Diagnostics &diagnostics)
-        : records_(records), diagnostics_(diagnostics) {}
+    //   hasLists  some type is a list, so that its item type must be described
+    SimpleTypes(Records &records, Diagnostics &diagnostics, bool hasLists)
+        : records_(records), diagnostics_(diagnostics), hasLists_(hasLists) {}
 
     // The same for the same type.
     const CompiledType &compile(const SimpleType &type);
@@ -68,6 +69,7 @@ class SimpleTypes {
 
     Records &records_;
     Diagnostics &diagnostics_;
+    bool hasLists_;
     std::unordered_map<const SimpleType *, CompiledType> types_;
     std::unordered_map<std::string_view, CompiledType> builtins_;
     std::unordered_set<std::string> compiledPatterns_;  // which the C library has taken
