@@ -1,6 +1,6 @@
-// What the schemas of examples/schemas say of the documents of their cases; and that the two back ends
-// say the same: the records that are registered as they lie in memory, and the C that is written of
-// them, compiled and loaded.
+// What the schemas of examples/schemas say of the documents of their cases; and that the two back
+// ends say the same: the records that are registered as they lie in memory, and the C that is
+// written of them, compiled and loaded.
 #include <gtest/gtest.h>
 
 #include <filesystem>

@@ -1,4 +1,5 @@
-// tools/xsd2c/pattern/char_classes.h - the sets of characters that patterns of XML Schema have names for.
+// tools/xsd2c/pattern/char_classes.h - the sets of characters that patterns of XML Schema have
+// names for.
 #pragma once
 
 #include <optional>

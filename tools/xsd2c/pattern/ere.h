@@ -1,4 +1,5 @@
-// tools/xsd2c/pattern/ere.h - POSIX extended regular expressions over bytes, while they are put together.
+// tools/xsd2c/pattern/ere.h - POSIX extended regular expressions over bytes, while they are put
+// together.
 #pragma once
 
 #include <bitset>

@@ -1,4 +1,5 @@
-// tools/xsd2c/pattern/gb18030_classes.h - a set of characters as an expression over the bytes of GB18030.
+// tools/xsd2c/pattern/gb18030_classes.h - a set of characters as an expression over the bytes of
+// GB18030.
 #pragma once
 
 #include "xsd2c/pattern/char_set.h"

@@ -1,5 +1,5 @@
-// tools/xsd2c/pattern/pattern.h - regular expressions of XML Schema as POSIX extended ones over the bytes of
-// GB18030 text.
+// tools/xsd2c/pattern/pattern.h - regular expressions of XML Schema as POSIX extended ones over the
+// bytes of GB18030 text.
 //
 // What comes out is meant for the C locale, in which every byte is a character. It needs neither
 // anchors nor brackets around it unless a function says so: an "inner" expression can stand within
@@ -57,8 +57,8 @@ std::string base64LengthPattern(std::uint64_t least, std::optional<std::uint64_t
 // lists "NMTOKENS", "IDREFS", "ENTITIES". Empty for others.
 std::string lexicalPattern(std::string_view builtin);
 
-// At most so many digits in all, or behind the point, as XML Schema counts them; for values that are
-// decimal or integer by another check. Whole.
+// At most so many digits in all, or behind the point, as XML Schema counts them; for values that
+// are decimal or integer by another check. Whole.
 std::string totalDigitsPattern(std::uint64_t digits);
 std::string fractionDigitsPattern(std::uint64_t digits);
 
@@ -74,8 +74,8 @@ std::string decimalValuePattern(std::string_view value);
 // Inner.
 std::string integerRangePattern(std::string_view least, std::string_view most);
 
-// A list of so many items, divided by white space and with white space around it as it comes. An item
-// is not empty and holds no white space. Whole.
+// A list of so many items, divided by white space and with white space around it as it comes. An
+// item is not empty and holds no white space. Whole.
 std::string listPattern(std::string_view item, std::uint64_t least,
                         std::optional<std::uint64_t> most);
 

@@ -1,4 +1,5 @@
-// tools/xsd2c/pattern/pattern_syntax.h - reads regular expressions of XML Schema (1.0 Datatypes, appendix F).
+// tools/xsd2c/pattern/pattern_syntax.h - reads regular expressions of XML Schema (1.0 Datatypes,
+// appendix F).
 #pragma once
 
 #include <cstdint>

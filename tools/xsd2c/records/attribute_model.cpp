@@ -61,8 +61,8 @@ std::optional<Wildcard> AttributeModels::both(const std::optional<Wildcard> &a, 
     return result;
 }
 
-// Those of the groups first, each with what its own groups say: of all that there are, how attributes
-// are processed is told by the one that stands here, or else by that of the first group.
+// Those of the groups first, each with what its own groups say: of all that there are, how
+// attributes are processed is told by the one that stands here, or else by that of the first group.
 std::optional<Wildcard> AttributeModels::wildcardOf(const DeclaredAttributes &declared,
                                                     const Place &place) {
     const auto known = wildcards_.find(&declared);

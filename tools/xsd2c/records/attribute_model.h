@@ -1,5 +1,5 @@
-// tools/xsd2c/records/attribute_model.h - which attributes a complex type has, with all that its groups and
-// its base bring (XML Schema 1.0 Structures, 3.4.2).
+// tools/xsd2c/records/attribute_model.h - which attributes a complex type has, with all that its
+// groups and its base bring (XML Schema 1.0 Structures, 3.4.2).
 #pragma once
 
 #include <optional>

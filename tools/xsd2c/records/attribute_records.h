@@ -35,8 +35,8 @@ class AttributeRecords {
         return hasAttributeWildcard(type) || doesBaseProhibit(type);
     }
 
-    // Gives a record, which is a SchemaComplexType or a SchemaDerivation, all attributes of a type, or
-    // those that it adds to its base.
+    // Gives a record, which is a SchemaComplexType or a SchemaDerivation, all attributes of a type,
+    // or those that it adds to its base.
     template <class Owner>
     void fillWhole(const ComplexType &type, Owner &owner);
     template <class Owner>

@@ -1,4 +1,5 @@
-// tools/xsd2c/records/builtin_types.h - the built-in types of XML Schema, and what the validator has of them.
+// tools/xsd2c/records/builtin_types.h - the built-in types of XML Schema, and what the validator
+// has of them.
 #pragma once
 
 #include <cstdint>

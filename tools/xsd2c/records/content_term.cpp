@@ -66,6 +66,20 @@ class TermBuilder {
 
 }  // namespace
 
+const ModelGroup *groupOf(const Particle &particle) {
+    if (const auto *group = std::get_if<const ModelGroup *>(&particle.term)) return *group;
+    if (const auto *definition = std::get_if<const GroupDefinition *>(&particle.term)) {
+        return (*definition)->group;
+    }
+    return nullptr;
+}
+
+bool addsNothing(const Particle &content) {
+    const ModelGroup &group = *groupOf(content);
+    return group.particles.empty() &&
+           (group.compositor != ModelGroup::Compositor::kChoice || content.minOccurs == 0);
+}
+
 std::vector<const ComplexType *> extensionChain(const ComplexType &type) {
     std::vector<const ComplexType *> chain = {&type};
     while (chain.back()->derivation == ComplexType::Derivation::kComplexExtension) {

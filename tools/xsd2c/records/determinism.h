@@ -1,5 +1,5 @@
-// tools/xsd2c/records/determinism.h - whether a content model tells, without looking ahead, which particle
-// each child belongs to ("Unique Particle Attribution", XML Schema 1.0 Structures, 3.8.6).
+// tools/xsd2c/records/determinism.h - whether a content model tells, without looking ahead, which
+// particle each child belongs to ("Unique Particle Attribution", XML Schema 1.0 Structures, 3.8.6).
 #pragma once
 
 #include <cstdint>

@@ -270,8 +270,8 @@ void FacetStep::addCharacterLength(const Lengths &lengths) {
         addPattern(
             lengths.place, [&] { return pattern; }, lengths.text + " of " + owner_);
     } catch (const NoTranslation &) {
-        // Too long for an expression: nothing that is valid is refused, and ASCII text that is longer
-        // is not told from text of as many bytes.
+        // Too long for an expression: nothing that is valid is refused, and ASCII text that is
+        // longer is not told from text of as many bytes.
         if (lengths.least != 0) add(SCHEMA_FACET_MIN_LENGTH, std::to_string(lengths.least));
         std::string what = lengths.text + " of " + owner_ + " for values of";
         if (lengths.least > 1) what += " " + std::to_string(lengths.least) + " bytes or more";

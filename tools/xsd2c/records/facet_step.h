@@ -12,8 +12,8 @@
 namespace xsd2c {
 
 // Facets mean in a record what the validator makes of them, which is not always what XML Schema
-// means: lengths are bytes, digits are counted exactly, patterns are not anchored and must all match,
-// and only some types have an order. What differs becomes a pattern that says the same.
+// means: lengths are bytes, digits are counted exactly, patterns are not anchored and must all
+// match, and only some types have an order. What differs becomes a pattern that says the same.
 class FacetStep {
   public:
     FacetStep(Records &records, Diagnostics &diagnostics,
@@ -27,8 +27,8 @@ class FacetStep {
 
     CompiledStep compile(const CompiledType &base, const std::vector<Facet> &facets);
 
-    // Adds the whole pattern that make returns. Without an exact one, a warning tells what is missing:
-    // what defaults to the facet at that place.
+    // Adds the whole pattern that make returns. Without an exact one, a warning tells what is
+    // missing: what defaults to the facet at that place.
     void addPattern(const Place &place, const std::function<std::string()> &make,
                     const std::string &what = {});
     std::vector<SchemaFacet> take() { return std::move(facets_); }

@@ -1,5 +1,5 @@
-// tools/xsd2c/records/integers.h - whole numbers that hold the values of every integer type of the validator,
-// signed or not, and what lies just beyond them.
+// tools/xsd2c/records/integers.h - whole numbers that hold the values of every integer type of the
+// validator, signed or not, and what lies just beyond them.
 #pragma once
 
 #include <algorithm>

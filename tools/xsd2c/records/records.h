@@ -1,4 +1,5 @@
-// tools/xsd2c/records/records.h - the compiled form of a schema: the records of the validator, in memory.
+// tools/xsd2c/records/records.h - the compiled form of a schema: the records of the validator, in
+// memory.
 //
 // They can be registered with a root as they are, and written as C. Texts are GB18030.
 #pragma once

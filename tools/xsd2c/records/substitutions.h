@@ -1,4 +1,5 @@
-// tools/xsd2c/records/substitutions.h - which elements may stand for which (XML Schema 1.0 Structures, 3.3.6).
+// tools/xsd2c/records/substitutions.h - which elements may stand for which (XML Schema 1.0
+// Structures, 3.3.6).
 #pragma once
 
 #include <unordered_map>

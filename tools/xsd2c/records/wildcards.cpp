@@ -80,8 +80,8 @@ std::optional<Wildcard> united(const Wildcard &a, const Wildcard &b) {
 std::string constraintOf(const Wildcard &wildcard) {
     if (wildcard.names == Names::kAny) return "##any";
     if (wildcard.names == Names::kOther) return "##other";
-    // No namespace at all: not even the absent one, which is the empty name, but a name that no document
-    // can hold.
+    // No namespace at all: not even the absent one, which is the empty name, but a name that no
+    // document can hold.
     if (wildcard.listed.empty()) return "\x01";
     std::string names;
     // The absent namespace in front, where it is an empty name before the first blank.

@@ -1,5 +1,5 @@
-// tools/xsd2c/xsd/component_checks.h - what components have to be like beside each other (XML Schema
-// 1.0 Structures, the "constraints on schemas").
+// tools/xsd2c/xsd/component_checks.h - what components have to be like beside each other (XML
+// Schema 1.0 Structures, the "constraints on schemas").
 #pragma once
 
 #include <vector>

@@ -1,5 +1,5 @@
-// tools/xsd2c/xsd/components.h - a schema as its author means it: the components of XML Schema 1.0 Structures,
-// with all references resolved.
+// tools/xsd2c/xsd/components.h - a schema as its author means it: the components of XML Schema 1.0
+// Structures, with all references resolved.
 //
 // Texts are UTF-8. A namespace name of "" is that of no namespace. Components lie in Components and
 // stay where they are; pointers between them own nothing.

@@ -24,7 +24,8 @@ bool Reader::isQualified(const SourceElement &element, bool byDefault) const {
     return form ? *form == "qualified" : byDefault;
 }
 
-// XML Schema 1.0 Structures, 3.15.3: a document can refer to its own namespace and to those it imports.
+// XML Schema 1.0 Structures, 3.15.3: a document can refer to its own namespace and to those it
+// imports.
 std::optional<ExpandedName> Reader::resolve(const SourceElement &element,
                                             const std::string &qName) {
     const SplitName split = splitName(qName);

@@ -1,4 +1,5 @@
-// tools/xsd2c/xsd/reader.h - from the elements of schema documents to components, within the front end.
+// tools/xsd2c/xsd/reader.h - from the elements of schema documents to components, within the front
+// end.
 #pragma once
 
 #include <optional>

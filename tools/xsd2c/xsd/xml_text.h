@@ -8,7 +8,8 @@
 
 namespace xsd2c {
 
-// White space as XML Schema 1.0 Datatypes, 4.3.6, collapses it: none at the ends, one blank between words.
+// White space as XML Schema 1.0 Datatypes, 4.3.6, collapses it: none at the ends, one blank between
+// words.
 std::string collapsed(std::string_view text);
 
 // The words between white space.
