@@ -33,10 +33,6 @@ const KindNames &namesOf(std::int32_t kind) {
     throw std::logic_error("a unit does not offer things of kind " + std::to_string(kind));
 }
 
-bool isRegistered(const TopObject &object) {
-    return object.object.kind != SCHEMA_KIND_MODEL_GROUP;
-}
-
 std::string firstLine(const UnitName &unit) {
     return "/* Written by xsd2c from " + commentText(unit.document) + ". Do not edit. */\n";
 }
@@ -66,7 +62,7 @@ std::string tableCode(const Records &records) {
         "\n/* What is registered, in the order of the schema. */\n"
         "static const SchemaTopObject topObjects[] = {\n";
     for (const TopObject &object : records.top) {
-        if (isRegistered(object)) code += "    " + typedRefCode(records, object.object) + ",\n";
+        if (object.isRegistered()) code += "    " + typedRefCode(records, object.object) + ",\n";
     }
     return code + "};\n";
 }
@@ -146,7 +142,7 @@ std::string sourceText(const UnitName &unit, const Records &records) {
     std::string text = firstLine(unit) + "#include \"" + unit.schema +
                        ".h\"\n\n#include <stddef.h>\n\n" + markerCode(unit);
     bool hasObjects = false;
-    for (const TopObject &object : records.top) hasObjects = hasObjects || isRegistered(object);
+    for (const TopObject &object : records.top) hasObjects = hasObjects || object.isRegistered();
     // Nothing would refer to the records of a unit that offers none.
     if (!records.top.empty()) text += "\n" + recordsCode(records) + lookupCode(records);
     if (hasObjects) text += tableCode(records);

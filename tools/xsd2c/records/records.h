@@ -65,9 +65,12 @@ class Pool {
 // A component that the unit offers by name.
 struct TopObject {
     SchemaTypedRef object{};  // SCHEMA_KIND_SIMPLE_TYPE, _COMPLEX_TYPE, _ELEMENT, _ATTRIBUTE,
-                              // _ATTRIBUTE_GROUP or _MODEL_GROUP; the last is not registered
+                              // _ATTRIBUTE_GROUP or _MODEL_GROUP
     std::string name;         // UTF-8, as in the schema
     std::string ns;
+
+    // Model groups stand in content models alone.
+    bool isRegistered() const noexcept { return object.kind != SCHEMA_KIND_MODEL_GROUP; }
 };
 
 struct Records {

@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <cstring>
+#include <stdexcept>
 
 #include "compactxml.h"
 #include "xsd2c/pattern/pattern.h"
@@ -87,6 +88,10 @@ CompiledType SimpleTypes::compileBuiltin(const BuiltinType &type) {
         record->builtinCode = type.code;
     } else {
         const std::string pattern = wholePattern(lexicalPattern(type.name));
+        if (const std::string problem = patternError(pattern); !problem.empty()) {
+            throw std::runtime_error("the pattern of " + std::string(type.name) +
+                                     " does not compile: " + problem);
+        }
         record = addRecord(builtin("string"),
                            {{records_.text(pattern), SCHEMA_FACET_PATTERN, SCHEMA_TYPE_STRING}});
         if (type.family == Family::kList) {
