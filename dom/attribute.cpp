@@ -51,8 +51,8 @@ void removeAttr(XML_DOM_Node *element, XML_DOM_Attr *attribute) {
 
 void XML_DOM_FreeAttr(XML_DOM_Attr *attribute) noexcept {
     if (!attribute) return;
-    std::free(attribute->name);
     std::free(attribute->value);
+    std::free(attribute->name);
     std::free(attribute);
 }
 

@@ -86,9 +86,7 @@ bool addAttribute(XML_DOM_BuildState *state, const char *const *group) {
 }
 
 // Makes the element and links it as the root or as the last child of the current one.
-bool addElement(XML_DOM_BuildState *state, const char *localName) {
-    const TreeString name = convertString(state->nameStream, localName);
-    if (!name.bytes) return false;
+bool addElement(XML_DOM_BuildState *state, const TreeString &name) {
     NodeOwner element{newElement(name.bytes, name.length)};
     if (!element) return false;
     if (!state->root) {
@@ -105,7 +103,8 @@ bool addElement(XML_DOM_BuildState *state, const char *localName) {
 bool startElement(XML_DOM_BuildState *state, const char *localName, const char *prefix,
                   int declarationCount, const char **declarations, int attributeCount,
                   const char **attributes) {
-    if (!addElement(state, localName)) return false;
+    const TreeString name = convertString(state->nameStream, localName);
+    if (!name.bytes || !addElement(state, name)) return false;
     const std::size_t before = state->scope.count();
     for (int i = 0; i < declarationCount; ++i) {
         if (!addDeclaration(state, before, declarations[2 * i], declarations[2 * i + 1])) {
@@ -118,6 +117,63 @@ bool startElement(XML_DOM_BuildState *state, const char *localName, const char *
     }
     for (int i = 0; i < attributeCount; ++i) {
         if (!addAttribute(state, attributes + std::ptrdiff_t{5} * i)) return false;
+    }
+    return true;
+}
+
+// ---- what the library's own parser reads ------------------------------------------------------
+
+// A string of known length, which is UTF-8; the NUL behind it is converted with it.
+TreeString convertKnown(XML_IO_OutStream *stream, const char *text, std::size_t length) {
+    if (stream->pendingCount == 0 && isAscii(text, length)) return {text, length};
+    return convertString(stream, text);
+}
+
+// The declaration that the parser has bound a prefix to.
+XML_DOM_NsDecl *declarationOf(const Parser *parser, const XML_Parser_Ns *binding) {
+    return binding == &parser->xmlBinding ? builtinXmlDecl() : binding->declaration;
+}
+
+bool addParsedDeclaration(XML_DOM_BuildState *state, Parser *parser, const char *prefix,
+                          const char *namespaceName) {
+    const TreeString treePrefix = convertString(state->nameStream, prefix);
+    const TreeString treeName = convertString(state->valueStream, namespaceName);
+    if ((prefix && !treePrefix.bytes) || !treeName.bytes) return false;
+    XML_DOM_NsDecl *decl = appendNsDecl(state->current, treePrefix.bytes, treeName.bytes);
+    if (!decl) return false;
+    parser->scope.findByText(prefix)->declaration = decl;
+    return true;
+}
+
+bool addParsedAttribute(XML_DOM_BuildState *state, const Parser *parser,
+                        const XML_Parser_Attr &attribute, const char *const *group) {
+    const TreeString name = convertKnown(state->nameStream, group[0], attribute.name.localLength);
+    const TreeString value = convertKnown(state->valueStream, group[3], attribute.valueLength);
+    if (!name.bytes || !value.bytes) return false;
+    XML_DOM_Attr *added =
+        appendAttr(state->current, name.bytes, name.length, value.bytes, value.length);
+    if (!added) return false;
+    if (attribute.binding) added->ns = declarationOf(parser, attribute.binding);
+    return true;
+}
+
+bool addParsedElement(XML_DOM_BuildState *state, Parser *parser, const char *localName,
+                      int declarationCount, const char **declarations, int attributeCount,
+                      const char **attributes) {
+    const OpenElement &open = parser->open.back();
+    const TreeString name = convertKnown(state->nameStream, localName, open.name.localLength);
+    if (!name.bytes || !addElement(state, name)) return false;
+    for (int i = 0; i < declarationCount; ++i) {
+        if (!addParsedDeclaration(state, parser, declarations[2 * i], declarations[2 * i + 1])) {
+            return false;
+        }
+    }
+    if (open.name.localOffset != 0) state->current->ns = declarationOf(parser, open.binding);
+    for (int i = 0; i < attributeCount; ++i) {
+        if (!addParsedAttribute(state, parser, parser->tagAttributes[static_cast<std::size_t>(i)],
+                                attributes + std::ptrdiff_t{5} * i)) {
+            return false;
+        }
     }
     return true;
 }
@@ -171,7 +227,13 @@ XML_DOM_Node *build(bool argumentsGood, uint32_t errorSize, char *errorBuffer, c
         XML_DOM_SetErrText("Failed to initialize DOM SAX.", errorSize, errorBuffer);
         return nullptr;
     }
+    state.ownParser = true;
     XML_DOM_Node *root = parse(&handler) == XML_OK ? state.root : nullptr;
+    // The converter, opened with the first text that needed it, belongs to the set-up all the same.
+    if (!root &&
+        (XML_IO_FailedToOpen(state.nameStream) || XML_IO_FailedToOpen(state.valueStream))) {
+        XML_DOM_SetErrText("Failed to initialize DOM SAX.", errorSize, errorBuffer);
+    }
     XML_DOM_BuildFini(&handler);
     return root;
 }
@@ -180,9 +242,9 @@ XML_DOM_Node *build(bool argumentsGood, uint32_t errorSize, char *errorBuffer, c
 
 uint32_t XML_DOM_BuildInit(XML_SAX_Handler *handler, XML_DOM_BuildState *state, uint32_t errorSize,
                            char *errorBuffer) noexcept {
-    OutStreamOwner nameStream{XML_IO_MemOutStreamCreate(kParserEncoding, kTreeEncoding)};
+    OutStreamOwner nameStream{XML_IO_MemOutStreamCreateLate(kParserEncoding, kTreeEncoding)};
     if (!nameStream) return XML_REFUSED;
-    OutStreamOwner valueStream{XML_IO_MemOutStreamCreate(kParserEncoding, kTreeEncoding)};
+    OutStreamOwner valueStream{XML_IO_MemOutStreamCreateLate(kParserEncoding, kTreeEncoding)};
     if (!valueStream) return XML_REFUSED;
     state->root = nullptr;
     state->current = nullptr;
@@ -214,7 +276,7 @@ const char *XML_DOM_BuildConvert(XML_IO_OutStream *stream, const char *bytes,
     // ASCII is the same in both encodings, unless it were to complete a character held back.
     if (stream->pendingCount == 0 && isAscii(bytes, *length)) return bytes;
     XML_IO_MemOutStreamCleanBuf(stream);
-    if (XML_IO_OutStreamAppend(stream, bytes, *length) != XML_OK) return nullptr;
+    if (XML_IO_AppendWhole(stream, bytes, *length) != XML_OK) return nullptr;
     return XML_IO_MemOutStreamGetBuf(stream, length);
 }
 
@@ -247,6 +309,13 @@ void XML_SAX_StartElementNs(XML_Parser_Ctx *context, const char *localName, cons
     // The tree resolves prefixes itself: namespace names that the parser has found are not used.
     XML_DOM_BuildState *state = stateOf(context);
     if (!state) return;
+    if (state->ownParser) {
+        if (!addParsedElement(state, static_cast<Parser *>(context), localName, declarationCount,
+                              declarations, attributeCount, attributes)) {
+            context->status = kFailed;
+        }
+        return;
+    }
     const bool complete =
         localName && (declarations || declarationCount <= 0) && (attributes || attributeCount <= 0);
     if (!complete || !startElement(state, localName, prefix, declarationCount, declarations,
@@ -259,7 +328,8 @@ void XML_SAX_EndElementNs(XML_Parser_Ctx *context, const char *, const char *,
                           const char *) noexcept {
     XML_DOM_BuildState *state = stateOf(context);
     if (!state || !state->current) return;
-    state->scope.pop(state->scope.count() - countDeclarations(state->current));
+    if (!state->ownParser)
+        state->scope.pop(state->scope.count() - countDeclarations(state->current));
     state->current = state->current->parent;
 }
 

@@ -4,7 +4,7 @@
 #include <cstdint>
 
 #include "compactxml.h"
-#include "parser/namespace_scope.h"
+#include "parser/context.h"
 
 namespace cxml {
 
@@ -20,6 +20,9 @@ struct XML_DOM_BuildState {
     // The declarations of the current element and those above it, by prefix: a walk up the tree
     // would cost as much as the tree is deep for every prefixed name.
     NamespaceScope scope;
+    // Whether the library's own parser makes the calls. It knows the lengths of its strings and
+    // keeps track of what is declared, so that the scope above stays empty.
+    bool ownParser = false;
 };
 
 // Prepares a state and a handler that builds into it. Refuses when a stream cannot be created.

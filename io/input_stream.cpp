@@ -8,6 +8,7 @@
 #include "compactxml.h"
 #include "dom/encoding.h"
 #include "io/byte_scan.h"
+#include "io/char_memo.h"
 #include "io/converter.h"
 #include "io/input_stream.h"
 
@@ -34,6 +35,7 @@ struct InStream : XML_IO_InStream {
     uint32_t rawAllocated;
     // What the converter reads. encoding may name the same with the byte order left open.
     uint32_t converterEncoding;
+    CharMemo memo;  // of the converter
 };
 
 uint32_t available(const XML_IO_InStream *stream) {
@@ -130,7 +132,7 @@ uint32_t convertMore(InStream *stream) {
         ConvertSpan span{reinterpret_cast<const char *>(stream->rawMark),
                          static_cast<std::size_t>(stream->rawEnd - stream->rawMark),
                          reinterpret_cast<char *>(stream->end), freeRoom(stream)};
-        const ConvertResult result = convert(stream->converter, &span);
+        const ConvertResult result = stream->memo.convert(stream->converter, &span);
         const auto produced = freeRoom(stream) - static_cast<uint32_t>(span.outputLeft);
         stream->end += produced;
         stream->rawMark = stream->rawCur = stream->rawEnd - span.inputLeft;
@@ -164,17 +166,16 @@ uint32_t readMore(InStream *stream) {
 }
 
 // Adds up what the bytes become. False for bytes that do not convert; a character cut off at their
-// end is good only if more input may come. The converter gets little at a time: some convert far
-// ahead and do it all again when the output is full.
-bool measure(void *converter, const unsigned char *from, const unsigned char *to,
+// end is good only if more input may come.
+bool measure(void *converter, CharMemo *memo, const unsigned char *from, const unsigned char *to,
              bool mayBeIncomplete, uint64_t *total) {
-    constexpr std::ptrdiff_t kWindow = 128;
+    constexpr std::ptrdiff_t kWindow = 512;
     constexpr std::size_t kMostGrowth = 4;  // ASCII into UTF-32
     while (from != to) {
         char scratch[kWindow * kMostGrowth + 8];  // and a byte order mark
         const auto length = static_cast<std::size_t>(std::min(to - from, kWindow));
         ConvertSpan span{reinterpret_cast<const char *>(from), length, scratch, sizeof scratch};
-        const ConvertResult result = convert(converter, &span);
+        const ConvertResult result = memo->convert(converter, &span);
         *total += sizeof scratch - span.outputLeft;
         if (result == ConvertResult::kInvalid) return false;
         const bool last = static_cast<std::ptrdiff_t>(length) == to - from;
@@ -191,10 +192,16 @@ uint32_t startConversion(InStream *stream, uint32_t encoding) {
     const bool moreMayCome = stream->state == kMoreMayCome;
     uint64_t kept = 0;
     uint64_t unread = 0;
-    if (!measure(converter, stream->mark, stream->cur, moreMayCome, &kept) ||
-        !measure(converter, stream->cur, stream->end, moreMayCome, &unread)) {
+    CharMemo memo{};
+    memo.begin(encoding, XML_ENCODING_UTF_8);
+    const auto giveUp = [&](uint32_t state) {
+        memo.end();
         closeConverter(converter);
-        return kConversionFailure;
+        return state;
+    };
+    if (!measure(converter, &memo, stream->mark, stream->cur, moreMayCome, &kept) ||
+        !measure(converter, &memo, stream->cur, stream->end, moreMayCome, &unread)) {
+        return giveUp(kConversionFailure);
     }
     resetConverter(converter);
 
@@ -202,10 +209,7 @@ uint32_t startConversion(InStream *stream, uint32_t encoding) {
     unsigned char *block = nullptr;
     if (roundUp(kept + unread, &capacity))
         block = static_cast<unsigned char *>(std::malloc(capacity));
-    if (!block) {
-        closeConverter(converter);
-        return kMemoryFailure;
-    }
+    if (!block) return giveUp(kMemoryFailure);
     stream->rawBase = stream->base;
     stream->rawMark = stream->rawCur = stream->mark;
     stream->rawEnd = stream->end;
@@ -217,6 +221,7 @@ uint32_t startConversion(InStream *stream, uint32_t encoding) {
     stream->ownsBuffer = true;
     stream->encoding = stream->converterEncoding = encoding;
     stream->converter = converter;
+    stream->memo = memo;
 
     convertMore(stream);
     // The same character as before. Where the bytes read so far make no sense in the new encoding,
@@ -228,6 +233,7 @@ uint32_t startConversion(InStream *stream, uint32_t encoding) {
 void dropConversion(InStream *stream) {
     closeConverter(stream->converter);
     stream->converter = kNoConverter;
+    stream->memo.end();
     stream->encoding = stream->converterEncoding = XML_ENCODING_UTF_8;
     stream->rawBase = stream->rawMark = stream->rawCur = stream->rawEnd = nullptr;
     stream->rawCapacity = stream->rawAllocated = 0;
@@ -282,8 +288,10 @@ uint32_t stopConversion(InStream *stream) {
     uint64_t kept = 0;
     uint64_t unread = 0;
     uint32_t state = kMoreMayCome;
-    if (!measure(back, stream->mark, stream->cur, false, &kept) ||
-        !measure(back, stream->cur, stream->end, false, &unread)) {
+    CharMemo memo{};
+    memo.begin(XML_ENCODING_UTF_8, stream->converterEncoding);
+    if (!measure(back, &memo, stream->mark, stream->cur, false, &kept) ||
+        !measure(back, &memo, stream->cur, stream->end, false, &unread)) {
         state = kConversionFailure;
     } else if (stream->kind == SourceKind::kMemory) {
         returnToMemory(stream, kept, unread);
@@ -291,6 +299,7 @@ uint32_t stopConversion(InStream *stream) {
         resetConverter(back);
         state = returnToSource(stream, back, kept, unread);
     }
+    memo.end();
     closeConverter(back);
     return state;
 }
@@ -374,6 +383,7 @@ void destroy(XML_IO_InStream *record) {
     if (stream->ownsBuffer) std::free(stream->base);
     if (stream->ownsRawBuffer) std::free(stream->rawBase);
     closeConverter(stream->converter);
+    stream->memo.end();
     if (stream->kind == SourceKind::kFile) close(static_cast<int>(stream->source));
     if (stream->kind == SourceKind::kList) std::free(reinterpret_cast<void *>(stream->source));
     std::free(stream);

@@ -2,15 +2,6 @@
 
 namespace cxml {
 
-char *copyBytes(const char *bytes, std::size_t length) noexcept {
-    if (length == SIZE_MAX) return nullptr;
-    auto *copy = static_cast<char *>(std::malloc(length + 1));
-    if (!copy) return nullptr;
-    std::memcpy(copy, bytes, length);
-    copy[length] = '\0';
-    return copy;
-}
-
 bool replaceString(char **owned, const char *text) noexcept {
     char *copy = copyString(text);
     if (!copy) return false;

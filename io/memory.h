@@ -9,8 +9,37 @@
 
 namespace cxml {
 
+// Copies bytes, most of them few, without a call for these.
+[[gnu::always_inline]] inline void copyFewBytes(char *to, const char *from,
+                                                std::size_t length) noexcept {
+    // Two words that may overlap cover all lengths from one word to two.
+    const auto twice = [to, from, length](auto word) {
+        auto last = word;
+        std::memcpy(&word, from, sizeof word);
+        std::memcpy(&last, from + length - sizeof last, sizeof last);
+        std::memcpy(to, &word, sizeof word);
+        std::memcpy(to + length - sizeof last, &last, sizeof last);
+    };
+    if (length > 16) {
+        std::memcpy(to, from, length);
+    } else if (length >= 8) {
+        twice(std::uint64_t{});
+    } else if (length >= 4) {
+        twice(std::uint32_t{});
+    } else {
+        for (std::size_t i = 0; i < length; ++i) to[i] = from[i];
+    }
+}
+
 // A new block of length + 1 bytes: the bytes and a NUL. Null for exhausted memory.
-char *copyBytes(const char *bytes, std::size_t length) noexcept;
+inline char *copyBytes(const char *bytes, std::size_t length) noexcept {
+    if (length == SIZE_MAX) return nullptr;
+    auto *copy = static_cast<char *>(std::malloc(length + 1));
+    if (!copy) return nullptr;
+    copyFewBytes(copy, bytes, length);
+    copy[length] = '\0';
+    return copy;
+}
 
 inline char *copyString(const char *text) noexcept {
     return copyBytes(text, std::strlen(text));
@@ -55,6 +84,9 @@ class GrowingArray {
     [[nodiscard]] bool reserve(std::size_t count) noexcept {
         return count <= capacity_ - size_ || grow(count);
     }
+
+    // One more element, not initialized; null for exhausted memory.
+    [[nodiscard]] T *add() noexcept { return reserve(1) ? data_ + size_++ : nullptr; }
 
     [[nodiscard]] bool append(const T &element) noexcept {
         if (!reserve(1)) return false;

@@ -9,6 +9,7 @@
 
 #include "dom/encoding.h"
 #include "io/byte_scan.h"
+#include "io/char_memo.h"
 #include "io/converter.h"
 
 namespace cxml {
@@ -55,12 +56,17 @@ bool isGb2312OrGbk(uint32_t encoding) {
 }
 
 struct OutStream : XML_IO_OutStream {
-    uint32_t source;  // encoding
+    uint32_t sourceEncoding;
+    uint32_t targetEncoding;
     AsciiForm ascii;
+    CharMemo memo;    // of the converter
+    bool opensLater;  // the converter is opened for the first text that is not ASCII
+    bool failedToOpen;
     bool splitsAtAscii;  // whether the converter may be given the text between runs of ASCII alone
 };
 
-// The record that callers may look at, and how large the block behind data really is.
+// The record that callers may look at, and how large the block behind data really is: as
+// large as capacity or larger.
 struct MemBuf : XML_IO_MemBuf {
     uint32_t allocated;
 };
@@ -70,13 +76,14 @@ MemBuf *memBufOf(const XML_IO_OutStream *stream) {
     return reinterpret_cast<MemBuf *>(stream->target);
 }
 
+constexpr uint32_t kLargeBlock = 64 * 1024;
+
 // Makes the real block hold capacity bytes. From 64 KiB on it grows by half its size, so that the
 // 1024-byte steps in which capacity grows do not copy a large buffer again and again.
 bool reserveBlock(MemBuf *buf, uint32_t capacity) {
     if (capacity <= buf->allocated) return true;
-    constexpr uint32_t kGenerousFrom = 64 * 1024;
     uint32_t wanted = capacity;
-    if (buf->allocated >= kGenerousFrom && buf->allocated <= UINT32_MAX / 3 * 2) {
+    if (buf->allocated >= kLargeBlock && buf->allocated <= UINT32_MAX / 3 * 2) {
         const uint32_t generous = buf->allocated + buf->allocated / 2;
         if (generous > wanted) wanted = generous;
     }
@@ -91,13 +98,20 @@ bool reserveBlock(MemBuf *buf, uint32_t capacity) {
     return true;
 }
 
+constexpr uint32_t kMostNeeded = UINT32_MAX - 1024;  // of content with its NUL
+
+// The capacity that makes room for so many bytes.
+constexpr uint32_t capacityFor(uint32_t need) {
+    return (need & ~0x3FFu) + 0x400;
+}
+
 uint32_t XML_IO_MemSink(uintptr_t target, const char *bytes, uint32_t length) {
     if (length == 0) return XML_OK;
     auto *buf = reinterpret_cast<MemBuf *>(target);
     const uint64_t need = uint64_t{buf->length} + 1 + length;
-    if (need > UINT32_MAX - 1024) return XML_REFUSED;
+    if (need > kMostNeeded) return XML_REFUSED;
     if (buf->capacity < need) {
-        const uint32_t capacity = (static_cast<uint32_t>(need) & ~0x3FFu) + 0x400;
+        const uint32_t capacity = capacityFor(static_cast<uint32_t>(need));
         if (!reserveBlock(buf, capacity)) return XML_REFUSED;
         buf->capacity = capacity;
     }
@@ -119,14 +133,31 @@ uint32_t XML_IO_FileSink(uintptr_t target, const char *bytes, uint32_t length) {
     return XML_OK;
 }
 
-bool XML_IO_OpenConverter(OutStream *stream, uint32_t source, uint32_t target) {
-    if (source == target) return true;
-    stream->converter = openConverter(source, target);
-    stream->source = source;
+void setEncodings(OutStream *stream, uint32_t source, uint32_t target) {
+    stream->sourceEncoding = source;
+    stream->targetEncoding = target;
     stream->ascii = asciiForm(source, target);
     stream->splitsAtAscii =
         stream->ascii.width != 0 && !(isGb2312OrGbk(source) && isGb2312OrGbk(target));
-    return stream->converter != kNoConverter;
+    stream->memo.begin(source, target);
+}
+
+bool openNow(OutStream *stream) {
+    stream->converter = openConverter(stream->sourceEncoding, stream->targetEncoding);
+    stream->opensLater = false;
+    stream->failedToOpen = stream->converter == kNoConverter;
+    return !stream->failedToOpen;
+}
+
+bool XML_IO_OpenConverter(OutStream *stream, uint32_t source, uint32_t target) {
+    if (source == target) return true;
+    setEncodings(stream, source, target);
+    return openNow(stream);
+}
+
+// False if the stream was to convert but cannot.
+bool hasConverter(OutStream *stream) {
+    return stream->opensLater ? openNow(stream) : !stream->failedToOpen;
 }
 
 OutStream *newStream(StreamKind kind) {
@@ -134,6 +165,18 @@ OutStream *newStream(StreamKind kind) {
     if (!stream) return nullptr;
     stream->kind = kind;
     stream->converter = kNoConverter;
+    return stream;
+}
+
+OutStream *newMemoryStream() {
+    OutStream *stream = newStream(kMemory);
+    OutStreamOwner owner{stream};
+    if (!stream) return nullptr;
+    stream->sink = XML_IO_MemSink;
+    auto *buf = static_cast<MemBuf *>(std::calloc(1, sizeof(MemBuf)));
+    stream->target = reinterpret_cast<uintptr_t>(buf);
+    if (!buf) return nullptr;
+    owner.release();
     return stream;
 }
 
@@ -229,7 +272,7 @@ const Byte *windowEnd(const Byte *p, const Byte *end) {
 const Byte *mixedEnd(const OutStream *stream, const Byte *p, const Byte *end) {
     constexpr std::ptrdiff_t kWorthCopying = 32;
     while (p != end) {
-        p = skipMultibyte(stream->source, p, end);
+        p = skipMultibyte(stream->sourceEncoding, p, end);
         const Byte *const asciiEnd = scanFor<NotAscii>(p, end);
         if (asciiEnd == end || asciiEnd - p >= kWorthCopying) return p;
         p = asciiEnd;
@@ -257,7 +300,7 @@ uint32_t writeMixed(OutStream *stream, const char *bytes, uint32_t length, bool 
         }
         ConvertSpan span{reinterpret_cast<const char *>(p),
                          static_cast<std::size_t>(segmentEnd - p), chunk.tail(), chunk.room()};
-        const ConvertResult result = convert(stream->converter, &span);
+        const ConvertResult result = stream->memo.convert(stream->converter, &span);
         chunk.setRoom(span.outputLeft);
         p = reinterpret_cast<const Byte *>(span.input);
         if (result == ConvertResult::kInvalid) return XML_REFUSED;
@@ -283,9 +326,11 @@ uint32_t writeMixed(OutStream *stream, const char *bytes, uint32_t length, bool 
 }
 
 uint32_t XML_IO_ConvertAndWrite(OutStream *stream, const char *bytes, uint32_t length, bool safe) {
-    if (stream->converter == kNoConverter) return stream->sink(stream->target, bytes, length);
-    if (stream->ascii.width == 1 && isAscii(bytes, length)) {
-        return writeUnchanged(stream, bytes, length);
+    const bool unchanged = stream->ascii.width == 1 && isAscii(bytes, length);
+    if (unchanged) return writeUnchanged(stream, bytes, length);
+    if (!hasConverter(stream)) return XML_REFUSED;
+    if (stream->converter == kNoConverter) {
+        return stream->sink(stream->target, bytes, length);
     }
     return writeMixed(stream, bytes, length, safe);
 }
@@ -336,6 +381,50 @@ uint32_t appendBytes(XML_IO_OutStream *record, const char *bytes, uint32_t lengt
     return XML_IO_ConvertAndWrite(stream, bytes, length, safe);
 }
 
+// What became of text that was to go straight into the block of a memory stream: all of it is there;
+// or it does not convert, or not at once; or there is no memory for it.
+enum class BlockResult { kWritten, kUnsuitable, kNoMemory };
+
+BlockResult convertIntoBlock(OutStream *stream, const Byte *p, const Byte *end) {
+    const auto length = static_cast<std::size_t>(end - p);
+    // Two bytes become four at most. Where that might be too much, the chunks find out.
+    const uint64_t most = 2 * uint64_t{length} + 4;
+    if (most >= kMostNeeded - memBufOf(stream)->length) return BlockResult::kUnsuitable;
+    OutRoom room;
+    if (!XML_IO_MakeRoom(stream, static_cast<std::size_t>(most), &room)) {
+        return BlockResult::kNoMemory;
+    }
+    ConvertSpan span{reinterpret_cast<const char *>(p), length, room.at,
+                     static_cast<std::size_t>(room.end - room.at)};
+    if (stream->memo.convert(stream->converter, &span) != ConvertResult::kDone) {
+        return BlockResult::kUnsuitable;
+    }
+    XML_IO_TakeIn(stream, {span.output, room.end});
+    return BlockResult::kWritten;
+}
+
+BlockResult copyIntoBlock(OutStream *stream, const Byte *p, const Byte *end) {
+    OutRoom room;
+    const auto length = static_cast<std::size_t>(end - p);
+    if (!XML_IO_MakeRoom(stream, length, &room)) return BlockResult::kNoMemory;
+    std::memcpy(room.at, p, length);
+    XML_IO_TakeIn(stream, {room.at + length, room.end});
+    return BlockResult::kWritten;
+}
+
+// Text with characters beyond ASCII, the long runs of ASCII in it copied.
+BlockResult writeIntoBlock(OutStream *stream, const Byte *p, const Byte *end) {
+    BlockResult result = BlockResult::kWritten;
+    while (p != end && result == BlockResult::kWritten) {
+        const bool ascii = *p < 0x80;
+        const Byte *const stretchEnd = ascii ? scanFor<NotAscii>(p, end) : mixedEnd(stream, p, end);
+        result =
+            ascii ? copyIntoBlock(stream, p, stretchEnd) : convertIntoBlock(stream, p, stretchEnd);
+        p = stretchEnd;
+    }
+    return result;
+}
+
 char *takeBuffer(XML_IO_OutStream *stream, uint32_t *lengthOut, bool detach) {
     MemBuf *buf = memBufOf(stream);
     if (!buf) return nullptr;
@@ -344,8 +433,11 @@ char *takeBuffer(XML_IO_OutStream *stream, uint32_t *lengthOut, bool detach) {
     if (detach) {
         if (!data) {
             std::free(buf->data);
-        } else if (buf->allocated != buf->capacity) {
-            // The caller gets what capacity says; a block that will not shrink serves as well.
+        } else if (buf->allocated < kLargeBlock && buf->allocated != buf->capacity) {
+            // The caller gets what capacity says; a block that will not shrink serves as well. So
+            // does a large one, whose end no page stands behind yet: cutting it would make glibc map
+            // fresh memory for every such block instead of using the last one again, which took
+            // three times as long as writing.
             if (void *block = std::realloc(data, buf->capacity)) data = static_cast<char *>(block);
         }
         *buf = MemBuf{};
@@ -354,19 +446,88 @@ char *takeBuffer(XML_IO_OutStream *stream, uint32_t *lengthOut, bool detach) {
 }
 
 }  // namespace
+
+XML_IO_OutStream *XML_IO_MemOutStreamCreateLate(uint32_t sourceEncoding,
+                                                uint32_t targetEncoding) noexcept {
+    if (asciiForm(sourceEncoding, targetEncoding).width != 1 || sourceEncoding == targetEncoding) {
+        return XML_IO_MemOutStreamCreate(sourceEncoding, targetEncoding);
+    }
+    OutStream *stream = newMemoryStream();
+    if (!stream) return nullptr;
+    setEncodings(stream, sourceEncoding, targetEncoding);
+    stream->opensLater = true;
+    return stream;
+}
+
+bool XML_IO_FailedToOpen(const XML_IO_OutStream *stream) noexcept {
+    return static_cast<const OutStream *>(stream)->failedToOpen;
+}
+
+bool XML_IO_Converts(const XML_IO_OutStream *record) noexcept {
+    const auto *stream = static_cast<const OutStream *>(record);
+    return stream->converter != kNoConverter || stream->opensLater || stream->failedToOpen;
+}
+
+bool XML_IO_PassesAscii(const XML_IO_OutStream *stream) noexcept {
+    return !XML_IO_Converts(stream) || static_cast<const OutStream *>(stream)->ascii.width == 1;
+}
+
+OutRoom XML_IO_RoomOf(const XML_IO_OutStream *stream) noexcept {
+    const MemBuf *buf = memBufOf(stream);
+    if (!buf->data) return {};
+    const uint32_t usable = buf->allocated < kMostNeeded ? buf->allocated : kMostNeeded;
+    return {buf->data + buf->length, buf->data + usable - 1};  // the last byte is the NUL's
+}
+
+bool XML_IO_MakeRoom(XML_IO_OutStream *stream, std::size_t count, OutRoom *room) noexcept {
+    MemBuf *buf = memBufOf(stream);
+    if (count > kMostNeeded - 1 - buf->length) return false;
+    uint32_t capacity = capacityFor(buf->length + 1 + static_cast<uint32_t>(count));
+    if (capacity > buf->allocated && capacity < 2 * buf->allocated &&
+        buf->allocated < kLargeBlock) {
+        capacity = 2 * buf->allocated;  // there will be more
+    }
+    if (!reserveBlock(buf, capacity)) return false;
+    *room = XML_IO_RoomOf(stream);
+    return true;
+}
+
+void XML_IO_TakeIn(XML_IO_OutStream *stream, const OutRoom &room) noexcept {
+    MemBuf *buf = memBufOf(stream);
+    const auto length = static_cast<uint32_t>(room.at - buf->data);
+    if (length == buf->length) return;
+    buf->length = length;
+    buf->data[length] = '\0';
+    if (buf->capacity > length) return;
+    const uint32_t capacity = capacityFor(length + 1);
+    buf->capacity = capacity < buf->allocated ? capacity : buf->allocated;
+}
+
+uint32_t XML_IO_AppendWhole(XML_IO_OutStream *record, const char *bytes, uint32_t length) noexcept {
+    auto *stream = static_cast<OutStream *>(record);
+    const auto *p = reinterpret_cast<const Byte *>(bytes);
+    if (stream->pendingCount == 0 && stream->splitsAtAscii && stream->ascii.width == 1) {
+        if (!hasConverter(stream)) return XML_REFUSED;
+        MemBuf *buf = memBufOf(stream);
+        const uint32_t before = buf->length;
+        const BlockResult result = writeIntoBlock(stream, p, p + length);
+        if (result == BlockResult::kWritten) return XML_OK;
+        if (result == BlockResult::kNoMemory) return XML_REFUSED;
+        // Not whole characters, or none that the target has: it is the chunks that know what to do.
+        buf->length = before;
+    }
+    return appendBytes(stream, bytes, length, false);
+}
+
 }  // namespace cxml
 
 using namespace cxml;
 
 XML_IO_OutStream *XML_IO_MemOutStreamCreate(uint32_t sourceEncoding,
                                             uint32_t targetEncoding) noexcept {
-    OutStream *stream = newStream(kMemory);
-    OutStreamOwner owner{stream};
-    if (!stream) return nullptr;
-    stream->sink = XML_IO_MemSink;
-    auto *buf = static_cast<MemBuf *>(std::calloc(1, sizeof(MemBuf)));
-    stream->target = reinterpret_cast<uintptr_t>(buf);
-    if (!buf || !XML_IO_OpenConverter(stream, sourceEncoding, targetEncoding)) return nullptr;
+    OutStreamOwner owner{newMemoryStream()};
+    auto *stream = static_cast<OutStream *>(owner.get());
+    if (!stream || !XML_IO_OpenConverter(stream, sourceEncoding, targetEncoding)) return nullptr;
     return owner.release();
 }
 
@@ -430,5 +591,6 @@ void XML_IO_OutStreamDestroy(XML_IO_OutStream *stream) noexcept {
         close(fd);
     }
     closeConverter(stream->converter);
+    static_cast<OutStream *>(stream)->memo.end();
     std::free(static_cast<OutStream *>(stream));
 }

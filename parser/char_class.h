@@ -46,8 +46,8 @@ struct NotAsciiNameChar {
     template <class Block>
     requires requires(const Block &block) { block.inRange('a', 'z'); }
     static auto inBlock(const Block &block) {
-        return Block::kAll ^ (block.lowered().inRange('a', 'z') | block.inRange('0', '9') |
-                              block.inRange('-', '.') | block.equal('_'));
+        return ~(block.lowered().inRange('a', 'z') | block.inRange('0', '9') |
+                 block.inRange('-', '.') | block.equal('_'));
     }
     static constexpr bool inByte(Byte b) { return (kNameClass[b] & kNamePart) == 0; }
 };

@@ -4,15 +4,14 @@
 #include "parser/lexer.h"
 
 namespace cxml {
-namespace {
 
-// Ends the innermost open element: reports it and forgets its name and bindings.
-Code endElement(Parser *parser) {
-    const OpenElement element = parser->open.back();
-    if (parser->handler && parser->handler->endElementNs) {
+Code endElement(Parser *parser) noexcept {
+    const OpenElement &element = parser->open.back();
+    if (const XML_SAX_Handler *handler = parser->handler; handler && handler->endElementNs) {
+        settlePosition(parser);
         const char *names = parser->openNames.data();
-        parser->handler->endElementNs(parser, element.name.local(names), element.name.prefix(names),
-                                      element.binding ? element.binding->namespaceName : nullptr);
+        handler->endElementNs(parser, element.name.local(names), element.name.prefix(names),
+                              element.binding ? element.binding->namespaceName : nullptr);
     }
     parser->scope.pop(element.bindings);
     parser->namespaces = parser->scope.newest();
@@ -20,6 +19,8 @@ Code endElement(Parser *parser) {
     parser->open.truncate(parser->open.size() - 1);
     return parser->status;
 }
+
+namespace {
 
 // Passes over exactly these bytes, or over nothing if something else follows. The bytes are name
 // characters, of which more may come than the stream keeps ahead: then they are compared one by
@@ -29,12 +30,13 @@ bool passName(Parser *parser, const char *bytes, std::size_t length) {
     const auto buffered = static_cast<std::size_t>(input->end - input->cur);
     if (length <= buffered || input->state != kMoreMayCome) {
         if (length > buffered || std::memcmp(input->cur, bytes, length) != 0) return false;
-        addColumns(parser, countColumns(input->cur, input->cur + length));
+        parser->position.discount(length, countColumns(input->cur, input->cur + length));
         input->cur += length;
         refill(parser, Keep::kSnippet);
         return true;
     }
-    const std::int32_t column = parser->column;
+    parser->position.settle(input->cur);
+    const std::uint32_t column = parser->position.column;
     input->mark = input->cur;
     for (std::size_t at = 0; at < length;) {
         const std::size_t left = length - at;
@@ -43,7 +45,8 @@ bool passName(Parser *parser, const char *bytes, std::size_t length) {
         if (static_cast<std::size_t>(input->end - input->cur) < size || left < size ||
             std::memcmp(input->cur, bytes + at, size) != 0) {
             input->cur = input->mark;
-            parser->column = column;
+            parser->position.counted = input->cur;
+            parser->position.column = column;
             return false;
         }
         XML_Parser_NextChar(parser, Keep::kMark);
@@ -67,7 +70,7 @@ Code XML_Parser_ParseEndTag(Parser *parser, bool empty) {
     if (!empty) {
         const QName &name = parser->open.back().name;
         const char *names = parser->openNames.data();
-        if (name.prefixLength != 0 && !passPrefix(parser, name.prefix(names), name.prefixLength)) {
+        if (name.localOffset != 0 && !passPrefix(parser, name.prefix(names), name.prefixLength())) {
             return kTagMismatch;
         }
         // Intended: only as many characters are compared as the name has; more of them are no ">".
@@ -102,6 +105,7 @@ Code parseCData(Parser *parser) {
     if (length > INT_MAX) return kNoMemory;
     skipAscii(parser, 3, Keep::kMark);
     if (parser->handler && parser->handler->cdataBlock) {
+        settlePosition(parser);
         parser->handler->cdataBlock(parser, reinterpret_cast<const char *>(parser->input->mark),
                                     static_cast<int>(length));
     }
@@ -115,6 +119,7 @@ Code reportText(Parser *parser, std::size_t trimFrom) {
     text.truncate(length);
     if (length == 0 || !parser->handler || !parser->handler->characters) return kAccepted;
     if (!text.append('\0')) return kNoMemory;
+    settlePosition(parser);
     parser->handler->characters(parser, text.data(), static_cast<int>(length));
     return parser->status;
 }
@@ -164,7 +169,10 @@ Code parseContent(Parser *parser) {
 // The nesting of elements is the height of the stack of open ones: no depth costs native stack.
 Code XML_Parser_ParseElement(Parser *parser) noexcept {
     Code code = parseChild(parser);
-    while (code == kAccepted && !parser->open.empty()) code = parseContent(parser);
+    while (code == kAccepted && !parser->open.empty()) {
+        code = parsePlainContent(parser);
+        if (code == kAccepted && !parser->open.empty()) code = parseContent(parser);
+    }
     return code;
 }
 

@@ -1,5 +1,7 @@
 #include "parser/lexer.h"
 
+#include <algorithm>
+
 namespace cxml {
 namespace {
 
@@ -85,6 +87,30 @@ ErrorCode readCharReference(Parser *parser, ByteBuffer *into) {
 
 }  // namespace
 
+void noteBuffer(Parser *parser) noexcept {
+    const XML_IO_InStream *input = parser->input;
+    parser->position.counted = input->cur;
+    if (input->state != kMoreMayCome) {
+        parser->runEnd = parser->refillFrom = input->end;
+    } else if (input->end - input->base > kReadAhead) {
+        parser->runEnd = input->end - kReadAhead;
+        parser->refillFrom = parser->runEnd + 1;
+    } else {
+        parser->runEnd = parser->refillFrom = input->base;
+    }
+}
+
+void refillNow(Parser *parser, Keep keep) noexcept {
+    XML_IO_InStream *input = parser->input;
+    if (input->state != kMoreMayCome || input->end - input->cur >= kReadAhead) return;
+    if (keep == Keep::kSnippet && input->cur - input->mark > kSnippetBefore) {
+        input->mark = input->cur - kSnippetBefore;
+    }
+    parser->position.settle(input->cur);
+    XML_IO_Grow(input);
+    noteBuffer(parser);
+}
+
 std::size_t countColumns(const Byte *p, const Byte *end) noexcept {
     std::size_t columns = 0;
     while (p < end) {
@@ -113,20 +139,23 @@ CodePoint decodeChar(const Byte *p, const Byte *end) noexcept {
     return value;
 }
 
-const Byte *passMultibyte(Parser *parser, const Byte *p, const Byte *limit) noexcept {
-    const Byte *const end = parser->input->end;
+const Byte *passMultibyte(Position *position, const Byte *p, const Byte *limit,
+                          const Byte *end) noexcept {
+    const Byte *const start = p;
     std::size_t characters = 0;
-    while (p < limit && *p >= 0x80) {
-        std::size_t length = 3;
-        if (!(isPlainThreeByteLead(*p) && end - p >= 3 && isContinuation(p[1]) &&
-              isContinuation(p[2]))) {
-            if (!XML_Parser_IsLegalChar(decodeChar(p, end))) break;
-            length = multibyteLength(*p);
+    for (; p < limit && *p >= 0x80; ++characters) {
+        if (isPlainThreeByteLead(*p) && end - p >= 3 && isContinuation(p[1]) &&
+            isContinuation(p[2])) {
+            p += 3;
+        } else if (*p >= 0xC2 && *p < 0xE0 && end - p >= 2 && isContinuation(p[1])) {
+            p += 2;  // 80 to 7FF
+        } else if (XML_Parser_IsLegalChar(decodeChar(p, end))) {
+            p += multibyteLength(*p);
+        } else {
+            break;
         }
-        p += length;
-        ++characters;
     }
-    addColumns(parser, characters);
+    position->discount(static_cast<std::size_t>(p - start), characters);
     return p;
 }
 
@@ -136,14 +165,11 @@ void XML_Parser_NextChar(Parser *parser, Keep keep) noexcept {
     const Byte b = *input->cur;
     if (b >= 0x80) {
         const auto left = static_cast<std::size_t>(input->end - input->cur);
-        const std::size_t length = multibyteLength(b);
-        input->cur += length < left ? length : left;
-        addColumns(parser, 1);
-    } else if (b == '\n' || b == '\r') {
-        input->cur += passBlankControl(parser, input->cur, input->end) - input->cur;
+        const std::size_t length = std::min(multibyteLength(b), left);
+        input->cur += length;
+        parser->position.discount(length, 1);
     } else {
-        ++input->cur;
-        addColumns(parser, 1);
+        input->cur += passBlankControl(&parser->position, input->cur, input->end) - input->cur;
     }
     refill(parser, keep);
 }
@@ -152,15 +178,13 @@ void skipBlankRun(Parser *parser, Keep keep) noexcept {
     XML_IO_InStream *input = parser->input;
     for (;;) {
         const Byte *const start = input->cur;
-        const Byte *const limit = runLimit(input);
+        const Byte *const limit = runLimit(parser);
         const Byte *p = start;
         while (p < limit) {
             if (*p == ' ') {
-                const Byte *const spacesEnd = scanFor<AnythingBut<' '>>(p, limit);
-                addColumns(parser, static_cast<std::size_t>(spacesEnd - p));
-                p = spacesEnd;
+                p = scanFor<AnythingBut<' '>>(p, limit);
             } else if (XML_Parser_IsBlank(*p)) {
-                p = passBlankControl(parser, p, input->end);
+                p = passBlankControl(&parser->position, p, input->end);
             } else {
                 break;
             }
@@ -192,13 +216,13 @@ ErrorCode XML_Parser_ReadName(Parser *parser, ByteBuffer *into) noexcept {
     bool goesOn = true;
     while (goesOn) {
         const Byte *const start = input->cur;
-        const Byte *const limit = runLimit(input);
+        const Byte *const limit = runLimit(parser);
         const Byte *p = skipAsciiNameChars(start, limit);
-        addColumns(parser, static_cast<std::size_t>(p - start));
         while (p < limit && *p >= 0x80 && XML_Parser_IsNameChar(decodeChar(p, input->end))) {
-            const Byte *const asciiStart = p + multibyteLength(*p);
-            p = asciiStart < limit ? skipAsciiNameChars(asciiStart, limit) : asciiStart;
-            addColumns(parser, static_cast<std::size_t>(p - asciiStart) + 1);
+            const std::size_t size = multibyteLength(*p);
+            parser->position.discount(size, 1);
+            p += size;
+            if (p < limit) p = skipAsciiNameChars(p, limit);
         }
         goesOn = p >= limit && p != start;  // perhaps behind the refill
         input->cur += p - start;
@@ -219,7 +243,7 @@ ErrorCode XML_Parser_ReadQName(Parser *parser, ByteBuffer *into, QName *name) no
     if (atEnd(parser)) return kNameRequired;
     const std::size_t localAt = into->size();
     code = XML_Parser_ReadName(parser, into);
-    name->prefixLength = name->localLength;
+    name->localOffset = name->localLength + 1;
     name->localLength = static_cast<std::uint32_t>(into->size() - localAt - 1);
     return code;
 }

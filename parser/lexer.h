@@ -49,38 +49,33 @@ bool follows(const Parser *parser, const char (&literal)[kSize]) {
            std::memcmp(input->cur, literal, kSize - 1) == 0;
 }
 
-// Line and column count in unsigned: a document of 4 GB wraps them, which is no undefined
-// behaviour.
-inline void addColumns(Parser *parser, std::size_t count) {
-    parser->column = static_cast<std::int32_t>(static_cast<std::uint32_t>(parser->column) +
-                                               static_cast<std::uint32_t>(count));
+// Brings the context's line and column to the read position, for those who look at them.
+inline void settlePosition(Parser *parser) {
+    parser->position.settle(parser->input->cur);
+    parser->line = static_cast<std::int32_t>(parser->position.line);
+    parser->column = static_cast<std::int32_t>(parser->position.column);
 }
 
-inline void addLine(Parser *parser) {
-    parser->line = static_cast<std::int32_t>(static_cast<std::uint32_t>(parser->line) + 1);
-    parser->column = 1;
-}
+// Takes note of a buffer that is new or has moved, with the position settled before: characters
+// that begin before runEnd need no refill between them, and before refillFrom the stream has
+// nothing to do.
+void noteBuffer(Parser *parser) noexcept;
 
+void refillNow(Parser *parser, Keep keep) noexcept;
 inline void refill(Parser *parser, Keep keep) {
-    XML_IO_InStream *input = parser->input;
-    if (input->state != kMoreMayCome || input->end - input->cur >= kReadAhead) return;
-    if (keep == Keep::kSnippet && input->cur - input->mark > kSnippetBefore) {
-        input->mark = input->cur - kSnippetBefore;
-    }
-    XML_IO_Grow(input);
+    if (parser->input->cur >= parser->refillFrom) refillNow(parser, keep);
 }
 
-// Characters that begin before this need no refill between them.
-inline const Byte *runLimit(const XML_IO_InStream *input) {
-    if (input->state != kMoreMayCome) return input->end;
-    if (input->end - input->cur > kReadAhead) return input->end - kReadAhead;
+// Up to where a run can be taken in one step: one character at least, unless the input ends.
+inline const Byte *runLimit(const Parser *parser) {
+    const XML_IO_InStream *input = parser->input;
+    if (input->cur < parser->runEnd) return parser->runEnd;
     return input->cur < input->end ? input->cur + 1 : input->end;
 }
 
 // Passes over characters of one byte that are no line breaks.
 inline void skipAscii(Parser *parser, std::size_t count, Keep keep = Keep::kSnippet) {
     parser->input->cur += count;
-    addColumns(parser, count);
     refill(parser, keep);
 }
 
@@ -125,7 +120,7 @@ inline bool appendRun(ByteBuffer *into, const Byte *from, std::size_t length,
                       const XML_IO_InStream *input) noexcept {
     constexpr std::size_t kStep = 16;
     if (!into->reserve((length > kStep ? length : kStep) + 1)) return false;
-    if (length <= kStep && input->end - from >= static_cast<std::ptrdiff_t>(kStep)) {
+    if (length <= kStep && input->end - from >= static_cast<std::ptrdiff_t>(kStep)) [[likely]] {
         std::memcpy(into->tail(), from, kStep);
     } else {
         std::memcpy(into->tail(), from, length);
@@ -134,21 +129,30 @@ inline bool appendRun(ByteBuffer *into, const Byte *from, std::size_t length,
     return true;
 }
 
-// Passes over a line break or a tab at p, counting it, and returns what follows. p is in the
-// buffer.
-inline const Byte *passBlankControl(Parser *parser, const Byte *p, const Byte *end) {
-    const Byte b = *p++;
-    // CR LF is one line break, counted at the LF.
-    if (b == '\n' || (b == '\r' && (p == end || *p != '\n'))) {
-        addLine(parser);
-    } else {
-        addColumns(parser, 1);
+// Passes over legal multibyte characters in [p, limit), of which the last may reach up to end; stops
+// at an ASCII byte or an illegal one.
+const Byte *passMultibyte(Position *position, const Byte *p, const Byte *limit,
+                          const Byte *end) noexcept;
+
+// Passes over legal characters in [p, limit) up to one of the stop bytes (all ASCII) or an illegal
+// one.
+template <Byte... kStops>
+const Byte *passRun(Position *position, const Byte *p, const Byte *limit,
+                    const Byte *end) noexcept {
+    while (p < limit) {
+        p = scanFor<NotPlainOr<kStops...>>(p, limit);
+        if (p == limit) return p;
+        const Byte *next = p;
+        if (*p >= 0x80) {
+            next = passMultibyte(position, p, limit, end);
+        } else if (XML_Parser_IsBlank(*p)) {
+            next = passBlankControl(position, p, end);
+        }
+        if (next == p) return p;
+        p = next;
     }
     return p;
 }
-
-// Passes over legal multibyte characters in [p, limit); stops at an ASCII byte or an illegal one.
-const Byte *passMultibyte(Parser *parser, const Byte *p, const Byte *limit) noexcept;
 
 // Passes over legal characters up to one of the stop bytes (all ASCII) or the end of the input, and
 // appends them to a buffer if one is given.
@@ -157,40 +161,17 @@ ErrorCode takeUntil(Parser *parser, Keep keep, ByteBuffer *into) noexcept {
     XML_IO_InStream *input = parser->input;
     for (;;) {
         const Byte *const start = input->cur;
-        const Byte *const limit = runLimit(input);
+        const Byte *const limit = runLimit(parser);
         if (start == limit) return kAccepted;
-        ErrorCode code = kAccepted;
-        bool stopped = false;
-        const Byte *p = start;
-        while (p < limit) {
-            const Byte *const plainEnd = scanFor<NotPlainOr<kStops...>>(p, limit);
-            addColumns(parser, static_cast<std::size_t>(plainEnd - p));
-            p = plainEnd;
-            if (p == limit) break;
-            if (((*p == kStops) || ...)) {
-                stopped = true;
-                break;
-            }
-            if (*p >= 0x80) {
-                const Byte *const next = passMultibyte(parser, p, limit);
-                if (next == p) {
-                    code = kInvalidChar;
-                    break;
-                }
-                p = next;
-            } else if (XML_Parser_IsBlank(*p)) {
-                p = passBlankControl(parser, p, input->end);
-            } else {
-                code = kInvalidChar;
-                break;
-            }
-        }
+        const Byte *const p = passRun<kStops...>(&parser->position, start, limit, input->end);
         const auto length = static_cast<std::size_t>(p - start);
-        if (into && !appendRun(into, start, length, input)) return kNoMemory;
+        const bool ended = p < limit;
+        const ErrorCode code = !ended || ((*p == kStops) || ...) ? kAccepted : kInvalidChar;
         input->cur += length;
+        if (into && !appendRun(into, start, length, input)) return kNoMemory;
         // Unless a character was passed there is nothing to refill for.
         if (length != 0) refill(parser, keep);
-        if (stopped || code != kAccepted) return code;
+        if (ended) return code;
     }
 }
 

@@ -16,6 +16,7 @@ std::size_t lengthFromMark(const Parser *parser) {
 
 Code reportInstruction(Parser *parser, const char *target, const char *data) {
     if (parser->handler && parser->handler->processingInstruction) {
+        settlePosition(parser);
         parser->handler->processingInstruction(parser, target, data);
     }
     return parser->status;
@@ -67,6 +68,7 @@ Code XML_Parser_ParseComment(Parser *parser) noexcept {
     if (!parser->handler || !parser->handler->comment) return kAccepted;
     parser->scratch.truncate(0);
     if (!copyFromMark(parser, length)) return kNoMemory;
+    settlePosition(parser);
     parser->handler->comment(parser, parser->scratch.data());
     return parser->status;
 }

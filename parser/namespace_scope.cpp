@@ -6,11 +6,6 @@
 namespace cxml {
 namespace {
 
-bool hasPrefix(const XML_Parser_Ns *binding, const char *prefix, std::size_t length) {
-    return binding->prefixLength == length &&
-           (length == 0 || std::memcmp(binding->prefix, prefix, length) == 0);
-}
-
 // One block for the record and both strings.
 XML_Parser_Ns *newBinding(const char *prefix, const char *namespaceName) {
     const std::size_t prefixLength = prefix ? std::strlen(prefix) : 0;
@@ -32,22 +27,23 @@ XML_Parser_Ns *newBinding(const char *prefix, const char *namespaceName) {
         std::memcpy(strings, prefix, prefixLength + 1);
     }
     binding->prefixLength = prefixLength;
+    binding->prefixKey = prefixKey(prefix, prefixLength);
     binding->nameLength = nameLength;
     return binding;
 }
 
 }  // namespace
 
-XML_Parser_Ns *NamespaceScope::find(const char *prefix, std::size_t length) noexcept {
-    if (length == 0) return default_;
+XML_Parser_Ns *NamespaceScope::findAnew(const char *prefix, std::size_t length,
+                                        std::uint64_t key) noexcept {
     if (bucketCount_ == 0) {
         XML_Parser_Ns *binding = newest_;
-        while (binding && !hasPrefix(binding, prefix, length)) binding = binding->next;
+        while (binding && !hasPrefix(binding, prefix, length, key)) binding = binding->next;
         return binding;
     }
     const std::uint64_t hash = hash_(prefix, length);
     XML_Parser_Ns *binding = buckets_[hash & (bucketCount_ - 1)];
-    while (binding && !(binding->prefixHash == hash && hasPrefix(binding, prefix, length))) {
+    while (binding && !(binding->prefixHash == hash && hasPrefix(binding, prefix, length, key))) {
         binding = binding->nextInBucket;
     }
     return binding;
@@ -78,8 +74,9 @@ bool NamespaceScope::makeBuckets(std::size_t count) noexcept {
         binding->prefixHash = hash_(binding->prefix, binding->prefixLength);
         XML_Parser_Ns **bucket = &buckets_[binding->prefixHash & (size - 1)];
         XML_Parser_Ns *same = *bucket;
-        while (same && !(same->prefixHash == binding->prefixHash &&
-                         hasPrefix(same, binding->prefix, binding->prefixLength))) {
+        while (same &&
+               !(same->prefixHash == binding->prefixHash &&
+                 hasPrefix(same, binding->prefix, binding->prefixLength, binding->prefixKey))) {
             same = same->nextInBucket;
         }
         if (same) continue;
@@ -99,6 +96,8 @@ XML_Parser_Ns *NamespaceScope::push(const char *prefix, const char *namespaceNam
     binding->ordinal = count();
     binding->shadowed = find(binding->prefix, binding->prefixLength);
     newest_ = binding;
+    found_ = nullptr;
+    ++count_;
     if (binding->prefixLength == 0) {
         default_ = binding;
     } else if (bucketCount_ != 0) {
@@ -118,6 +117,7 @@ XML_Parser_Ns *NamespaceScope::push(const char *prefix, const char *namespaceNam
 }
 
 void NamespaceScope::popBindings(std::size_t left) noexcept {
+    found_ = nullptr;
     while (count() > left) {
         XML_Parser_Ns *binding = newest_;
         if (binding->prefixLength == 0) {
@@ -132,6 +132,7 @@ void NamespaceScope::popBindings(std::size_t left) noexcept {
             }
         }
         newest_ = binding->next;
+        --count_;
         std::free(binding);
     }
     if (left == 0) {

@@ -28,6 +28,8 @@ ParserOwner newParser(XML_IO_InStream *input, XML_SAX_Handler *handler) {
     parser->encoding = input->encoding;
     parser->line = 1;
     parser->column = 1;
+    parser->position = {1, 1, input->cur};
+    noteBuffer(parser.get());
     parser->xmlBinding.prefix = "xml";
     parser->xmlBinding.namespaceName = kXmlNamespace;
     parser->xmlBinding.nameLength = sizeof kXmlNamespace - 1;
@@ -39,7 +41,10 @@ Code parseDocument(Parser *parser) {
     if (code == kAccepted) code = XML_Parser_ParseXmlDecl(parser);
     if (code != kAccepted) return code;
     XML_SAX_Handler *handler = parser->handler;
-    if (handler && handler->startDocument) handler->startDocument(parser);
+    if (handler && handler->startDocument) {
+        settlePosition(parser);
+        handler->startDocument(parser);
+    }
     code = parser->status;
     if (code == kAccepted) code = XML_Parser_ParseMisc(parser);
     if (code == kAccepted && follows(parser, "<!DOCTYPE")) code = XML_Parser_SkipDoctype(parser);
@@ -51,6 +56,7 @@ Code parseDocument(Parser *parser) {
     if (code == kAccepted) code = XML_Parser_ParseMisc(parser);
     if (code != kAccepted) return code;
     if (!atEnd(parser)) return kExtraContent;
+    settlePosition(parser);
     if (handler && handler->endDocument) handler->endDocument(parser);
     return parser->status;
 }
@@ -92,6 +98,7 @@ void copySnippet(const XML_IO_InStream *input, char (&snippet)[kSnippetSize]) {
 
 void XML_Parser_ReportError(Parser *parser, Code code) {
     parser->status = code;
+    settlePosition(parser);
     if (!parser->handler || !parser->handler->error) return;
     char snippet[kSnippetSize];
     copySnippet(parser->input, snippet);

@@ -29,6 +29,14 @@ Code readClosingQuote(Parser *parser, int quote) {
     return kAccepted;
 }
 
+// The stream may get other buffers with it.
+uint32_t switchEncoding(Parser *parser, uint32_t encoding) {
+    parser->position.settle(parser->input->cur);
+    const uint32_t state = XML_IO_SwitchEncoding(parser->input, encoding);
+    noteBuffer(parser);
+    return state;
+}
+
 Code readVersion(Parser *parser) {
     if (!follows(parser, "version")) return kVersionMissing;
     skipAscii(parser, 7, Keep::kMark);
@@ -58,7 +66,7 @@ Code readEncoding(Parser *parser) {
     parser->encoding = encoding;
     skipAscii(parser, 1, Keep::kMark);
     // A failure shows in the stream's state, which is looked at when the parse ends.
-    XML_IO_SwitchEncoding(parser->input, encoding);
+    switchEncoding(parser, encoding);
     return kAccepted;
 }
 
@@ -113,7 +121,7 @@ Code sniffEncoding(Parser *parser) noexcept {
         if (std::memcmp(input->cur, first.bytes, sizeof first.bytes) != 0) continue;
         // Intended: the context's encoding stays what the byte order mark said.
         if (first.encoding == input->encoding) return kAccepted;
-        return XML_IO_SwitchEncoding(input, first.encoding) == 0 ? kAccepted : kConversionFailed;
+        return switchEncoding(parser, first.encoding) == 0 ? kAccepted : kConversionFailed;
     }
     return kAccepted;
 }

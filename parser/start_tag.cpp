@@ -8,7 +8,7 @@ namespace cxml {
 namespace {
 
 // Up to so many attributes are compared pair by pair, more are looked up in a table.
-constexpr std::size_t kComparedInPairs = 8;
+constexpr std::size_t kComparedInPairs = 16;
 
 // What a prefix is bound to; null if it is not. A name without a prefix is in the default
 // namespace.
@@ -42,7 +42,7 @@ Code readValue(Parser *parser) {
 
 // Reads name, "=" and value; name and value come to stand at the end of their buffers.
 Code readAttribute(Parser *parser, QName *name, std::size_t *valueAt) {
-    Code code = XML_Parser_ReadQName(parser, &parser->tagNames, name);
+    const Code code = XML_Parser_ReadQName(parser, &parser->tagNames, name);
     if (code != kAccepted) return code;
     XML_Parser_SkipBlanks(parser, Keep::kSnippet);
     if (peek(parser) != '=') return kEqualsExpected;
@@ -82,7 +82,7 @@ Code parseAttribute(Parser *parser) {
     const char *names = parser->tagNames.data();
     const char *prefix = name.prefix(names);
     const char *local = name.local(names);
-    const bool declaresPrefix = prefix && isNamed(prefix, name.prefixLength, "xmlns");
+    const bool declaresPrefix = prefix && isNamed(prefix, name.prefixLength(), "xmlns");
     if (declaresPrefix || (!prefix && isNamed(local, name.localLength, "xmlns"))) {
         const char *value = parser->scratch.data() + valueAt;
         const Code declared = declareNamespace(parser, declaresPrefix ? local : nullptr, value);
@@ -90,51 +90,67 @@ Code parseAttribute(Parser *parser) {
         parser->scratch.truncate(valueAt);
         return declared;
     }
-    XML_Parser_Attr attribute{};
-    attribute.nameAt = name.at;
-    attribute.valueAt = valueAt;
-    attribute.valueLength = parser->scratch.size() - valueAt - 1;
-    attribute.prefixLength = name.prefixLength;
-    attribute.localLength = name.localLength;
-    return parser->tagAttributes.append(attribute) ? kAccepted : kNoMemory;
+    XML_Parser_Attr *attribute = parser->tagAttributes.add();
+    if (!attribute) return kNoMemory;
+    const std::size_t valueLength = parser->scratch.size() - valueAt - 1;
+    *attribute = {nullptr, nullptr, name, valueAt, valueLength};
+    return kAccepted;
 }
 
-// Points the attributes at their strings, which move no more, and at their bindings.
-Code resolveAttributes(Parser *parser) {
-    const char *names = parser->tagNames.data();
-    const char *values = parser->scratch.data();
-    XML_Parser_Attr *previous = nullptr;
-    for (std::size_t i = 0; i < parser->tagAttributes.size(); ++i) {
-        XML_Parser_Attr &attribute = parser->tagAttributes[i];
-        const QName name{attribute.nameAt, attribute.prefixLength, attribute.localLength};
-        attribute.next = previous;
-        attribute.prefix = name.prefix(names);
-        attribute.localName = name.local(names);
-        attribute.value = values + attribute.valueAt;
-        if (attribute.prefix) {
-            attribute.binding =
-                XML_Parser_LookupNamespace(parser, attribute.prefix, attribute.prefixLength);
+// Finds the bindings of prefixed attributes and lays out what the callback gets: five pointers for
+// each attribute. The strings move no more.
+[[gnu::noinline]] Code resolveAttributes(Parser *parser) {
+    const std::size_t count = parser->tagAttributes.size();
+    if (!parser->attributeArgs.reserve(count * 5)) return kNoMemory;
+    const char *const names = parser->tagNames.data();
+    const char *const values = parser->scratch.data();
+    const char **args = parser->attributeArgs.data();
+    XML_Parser_Attr *const attributes = parser->tagAttributes.data();
+    for (std::size_t i = 0; i < count; ++i, args += 5) {
+        XML_Parser_Attr &attribute = attributes[i];
+        const QName name = attribute.name;
+        attribute.next = i != 0 ? &attributes[i - 1] : nullptr;
+        attribute.binding = nullptr;
+        args[0] = name.local(names);
+        args[1] = name.prefix(names);
+        args[2] = nullptr;
+        args[3] = values + attribute.valueAt;
+        args[4] = args[3] + attribute.valueLength;
+        if (args[1]) {
+            attribute.binding = XML_Parser_LookupNamespace(parser, args[1], name.prefixLength());
             if (!attribute.binding) return kUnboundPrefix;
-            attribute.namespaceName = attribute.binding->namespaceName;
+            args[2] = attribute.binding->namespaceName;
         }
-        previous = &attribute;
     }
-    parser->attributes = previous;
+    parser->attributes = count != 0 ? &attributes[count - 1] : nullptr;
     return kAccepted;
 }
 
 bool isSameAttribute(Parser *parser, const XML_Parser_Attr &a, const XML_Parser_Attr &b) {
-    return a.localLength == b.localLength &&
-           std::memcmp(a.localName, b.localName, a.localLength) == 0 &&
+    const char *const names = parser->tagNames.data();
+    return a.name.localLength == b.name.localLength &&
+           std::memcmp(a.name.local(names), b.name.local(names), a.name.localLength) == 0 &&
            parser->scope.isSameName(a.binding, b.binding);
 }
 
+// One of 64, by the length and the ends of the local name: equal names have the same, others seldom.
+unsigned nameClass(const char *names, const XML_Parser_Attr &attribute) {
+    const char *local = attribute.name.local(names);
+    const auto first = static_cast<unsigned char>(local[0]);
+    const auto last = static_cast<unsigned char>(local[attribute.name.localLength - 1]);
+    return (attribute.name.localLength * 7 + first * 5u + last) % 64;
+}
+
 Code findDuplicateInPairs(Parser *parser) {
-    GrowingArray<XML_Parser_Attr> &attributes = parser->tagAttributes;
-    for (std::size_t i = 1; i < attributes.size(); ++i) {
-        for (std::size_t j = 0; j < i; ++j) {
+    const XML_Parser_Attr *const attributes = parser->tagAttributes.data();
+    std::uint64_t seen = 0;
+    for (std::size_t i = 0; i < parser->tagAttributes.size(); ++i) {
+        const std::uint64_t bit = std::uint64_t{1}
+                                  << nameClass(parser->tagNames.data(), attributes[i]);
+        for (std::size_t j = 0; (seen & bit) != 0 && j < i; ++j) {
             if (isSameAttribute(parser, attributes[i], attributes[j])) return kAttributeRedefined;
         }
+        seen |= bit;
     }
     return kAccepted;
 }
@@ -149,9 +165,11 @@ Code findDuplicateByTable(Parser *parser) {
     table.truncate(0);
     if (!table.reserve(size)) return kNoMemory;
     std::memset(table.data(), 0, size * sizeof(std::uint32_t));
+    const char *const names = parser->tagNames.data();
     for (std::size_t i = 0; i < attributes.size(); ++i) {
         const XML_Parser_Attr &attribute = attributes[i];
-        std::uint64_t hash = parser->scope.hash()(attribute.localName, attribute.localLength);
+        const char *local = attribute.name.local(names);
+        std::uint64_t hash = parser->scope.hash()(local, attribute.name.localLength);
         hash += parser->scope.hashOfName(attribute.binding);
         std::size_t slot = hash & (size - 1);
         while (std::uint32_t taken = table.data()[slot]) {
@@ -166,23 +184,9 @@ Code findDuplicateByTable(Parser *parser) {
 }
 
 Code findDuplicate(Parser *parser) {
+    if (parser->tagAttributes.size() < 2) return kAccepted;
     return parser->tagAttributes.size() <= kComparedInPairs ? findDuplicateInPairs(parser)
                                                             : findDuplicateByTable(parser);
-}
-
-// Five pointers for each attribute.
-bool fillAttributeArgs(Parser *parser) {
-    GrowingArray<const char *> &args = parser->attributeArgs;
-    args.truncate(0);
-    if (!args.reserve(parser->tagAttributes.size() * 5)) return false;
-    for (std::size_t i = 0; i < parser->tagAttributes.size(); ++i) {
-        const XML_Parser_Attr &attribute = parser->tagAttributes[i];
-        const char *const group[5] = {attribute.localName, attribute.prefix,
-                                      attribute.namespaceName, attribute.value,
-                                      attribute.value + attribute.valueLength};
-        if (!args.append(group, 5)) return false;
-    }
-    return true;
 }
 
 // Prefix and namespace name of each binding that this tag made, in the order of the document.
@@ -198,18 +202,19 @@ bool fillDeclarationArgs(Parser *parser, std::size_t count) {
     return true;
 }
 
-Code reportStart(Parser *parser) {
-    if (!parser->handler || !parser->handler->startElementNs) return kAccepted;
-    const OpenElement &element = parser->open.back();
+Code reportStart(Parser *parser, const OpenElement &element, const char *local,
+                 const char *prefix) {
+    const XML_SAX_Handler *handler = parser->handler;
+    if (!handler || !handler->startElementNs) return kAccepted;
     const std::size_t declarations = parser->scope.count() - element.bindings;
     const std::size_t attributes = parser->tagAttributes.size();
     if (declarations > INT_MAX || attributes > INT_MAX / 5) return kNoMemory;
-    if (!fillAttributeArgs(parser) || !fillDeclarationArgs(parser, declarations)) return kNoMemory;
-    const char *names = parser->openNames.data();
-    parser->handler->startElementNs(parser, element.name.local(names), element.name.prefix(names),
-                                    element.binding ? element.binding->namespaceName : nullptr,
-                                    static_cast<int>(declarations), parser->declarationArgs.data(),
-                                    static_cast<int>(attributes), 0, parser->attributeArgs.data());
+    if (declarations != 0 && !fillDeclarationArgs(parser, declarations)) return kNoMemory;
+    settlePosition(parser);
+    handler->startElementNs(parser, local, prefix,
+                            element.binding ? element.binding->namespaceName : nullptr,
+                            static_cast<int>(declarations), parser->declarationArgs.data(),
+                            static_cast<int>(attributes), 0, parser->attributeArgs.data());
     return parser->status;
 }
 
@@ -231,31 +236,36 @@ Code readAttributes(Parser *parser) {
 
 }  // namespace
 
+Code finishTag(Parser *parser) noexcept {
+    Code code = kAccepted;
+    if (!parser->tagAttributes.empty()) {
+        code = resolveAttributes(parser);
+        if (code == kAccepted) code = findDuplicate(parser);
+        if (code != kAccepted) return code;
+    }
+    OpenElement &element = parser->open.back();
+    const char *local = element.name.local(parser->openNames.data());
+    const char *prefix = nullptr;
+    if (element.name.localOffset != 0) {
+        prefix = local - element.name.localOffset;
+        element.binding = XML_Parser_LookupNamespace(parser, prefix, element.name.localOffset - 1);
+        if (!element.binding) return kUnboundPrefix;
+    } else {
+        element.binding = parser->scope.findDefault();
+    }
+    code = reportStart(parser, element, local, prefix);
+    parser->attributes = nullptr;
+    return code;
+}
+
 Code parseStartTag(Parser *parser) noexcept {
     skipAscii(parser, 1);  // "<"
     if (atEnd(parser)) return kTagNotFinished;
-    OpenElement element{};
-    element.bindings = parser->scope.count();
-    Code code = XML_Parser_ReadQName(parser, &parser->openNames, &element.name);
-    if (code != kAccepted) return code;
-    if (!parser->open.append(element)) return kNoMemory;
-    parser->tagAttributes.truncate(0);
-    parser->tagNames.truncate(0);
-    parser->scratch.truncate(0);
-
-    code = readAttributes(parser);
-    if (code == kAccepted) code = resolveAttributes(parser);
-    if (code == kAccepted) code = findDuplicate(parser);
-    if (code != kAccepted) return code;
-    const QName &name = element.name;
-    const char *prefix = name.prefix(parser->openNames.data());
-    element.binding = XML_Parser_LookupNamespace(parser, prefix, name.prefixLength);
-    if (prefix && !element.binding) return kUnboundPrefix;
-    parser->open.back().binding = element.binding;
-
-    code = reportStart(parser);
-    parser->attributes = nullptr;
-    return code;
+    QName name;
+    Code code = XML_Parser_ReadQName(parser, &parser->openNames, &name);
+    if (code == kAccepted && !beginTag(parser, name, false)) code = kNoMemory;
+    if (code == kAccepted) code = readAttributes(parser);
+    return code == kAccepted ? finishTag(parser) : code;
 }
 
 }  // namespace cxml

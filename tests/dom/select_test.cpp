@@ -157,6 +157,49 @@ TEST(SelectSingleNode, StepsAreCutAt255BytesAndPathsAt1023) {
     EXPECT_EQ(select(std::string(1023, 'n') + "/x"), of255);
 }
 
+// Names that are the same up to some byte, of lengths around that of a block.
+TEST(SelectSingleNode, NamesThatDifferAnywhere) {
+    for (std::size_t length = 1; length <= 40; ++length) {
+        const NodePtr root(XML_DOM_CreateElementNode("r"));
+        const auto add = [&](const std::string &name) {
+            XML_DOM_Node *node = XML_DOM_CreateElementNodeInner(name.c_str());
+            EXPECT_EQ(XML_DOM_AddChildNode(root.get(), node), XML_OK);
+            return node;
+        };
+        const std::string name(length, 'n');
+        ASSERT_EQ(XML_DOM_AddChildNode(root.get(), XML_DOM_CreateTextNode("nnn")), XML_OK);
+        for (std::size_t at = 0; at < length; ++at) {
+            std::string other = name;
+            other[at] = 'm';
+            add(other);
+        }
+        if (length > 1) add(name.substr(1));
+        add(name + 'n');
+        EXPECT_EQ(XML_DOM_SelectSingleNode(root.get(), name.c_str()), nullptr) << length;
+        XML_DOM_Node *wanted = add(name);
+        add(name);
+        EXPECT_EQ(XML_DOM_SelectSingleNode(root.get(), name.c_str()), wanted) << length;
+    }
+}
+
+// A tree may hold strings that the library did not allocate where it would.
+TEST(SelectSingleNode, NamesAnywhereInMemory) {
+    const NodePtr root(XML_DOM_CreateElementNode("r"));
+    XML_DOM_Node *node = XML_DOM_CreateElementNode("name");
+    ASSERT_EQ(XML_DOM_AddChildNode(root.get(), node), XML_OK);
+    char *const own = node->name;
+    for (std::size_t offset = 0; offset < 16; ++offset) {
+        alignas(16) char memory[40] = {};
+        std::memset(memory, 'x', sizeof memory - 1);
+        std::strcpy(memory + offset, "name");
+        node->name = memory + offset;
+        EXPECT_EQ(XML_DOM_SelectSingleNode(root.get(), "name"), node) << offset;
+        EXPECT_EQ(XML_DOM_SelectSingleNode(root.get(), "nam"), nullptr) << offset;
+        EXPECT_EQ(XML_DOM_SelectSingleNode(root.get(), "names"), nullptr) << offset;
+    }
+    node->name = own;
+}
+
 TEST(SelectSingleNode, ALongWayDown) {
     const NodePtr root = parsed("<r/>");
     XML_DOM_Node *node = root.get();

@@ -7,6 +7,8 @@
 #include <cstdarg>
 #include <unordered_set>
 
+#include "io/char_memo.h"
+
 extern "C" {
 void *__real_malloc(std::size_t size);
 void *__real_calloc(std::size_t count, std::size_t size);
@@ -36,6 +38,7 @@ struct HeapAccount {
     std::size_t failAt = 0;
     bool persistent = false;
     bool failed = false;
+    bool failedForGood = false;
     std::size_t allocations = 0;
     std::size_t bytes = 0;
     std::size_t largest = 0;
@@ -62,6 +65,7 @@ bool refuseAllocation(std::size_t size) {
     const bool refuse = heap->failAt != 0 && (heap->persistent ? heap->allocations >= heap->failAt
                                                                : heap->allocations == heap->failAt);
     heap->failed |= refuse;
+    heap->failedForGood |= refuse && size != cxml::kCharTableBytes;
     if (refuse) errno = ENOMEM;
     return refuse;
 }
@@ -188,6 +192,9 @@ FaultyHeap::~FaultyHeap() {
 
 bool FaultyHeap::failed() const {
     return heap->failed;
+}
+bool FaultyHeap::failedOptionally() const {
+    return heap->failed && !heap->failedForGood;
 }
 std::size_t FaultyHeap::allocations() const {
     return heap->allocations;

@@ -20,6 +20,8 @@ class FaultyHeap {
     FaultyHeap &operator=(const FaultyHeap &) = delete;
 
     bool failed() const;  // whether an allocation was refused
+    // Whether none was but of the one block that the library can do without.
+    bool failedOptionally() const;
     std::size_t allocations()
         const;  // malloc, calloc and realloc calls seen, refused ones included
     // Blocks allocated since construction and not yet freed: 0 means nothing leaked.
