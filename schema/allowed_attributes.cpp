@@ -18,6 +18,7 @@ constexpr SchemaAllowedAttribute kAllowed[] = {
 }  // namespace
 
 const SchemaAllowedAttribute *findAllowed(const XML_DOM_Attr *attribute) noexcept {
+    if (!attribute->ns) return nullptr;
     for (const SchemaAllowedAttribute &allowed : kAllowed) {
         if (isNamed(attribute, allowed.localName, allowed.namespaceName)) return &allowed;
     }

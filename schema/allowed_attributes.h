@@ -2,6 +2,7 @@
 #pragma once
 
 #include "compactxml.h"
+#include "schema/same_text.h"
 #include "schema/validation.h"
 
 namespace cxml {
@@ -12,14 +13,12 @@ struct AttributeName {
 };
 
 inline AttributeName nameOf(const XML_DOM_Attr *attribute) noexcept {
-    AttributeName name{};
-    XML_DOM_GetAttrNameSpace(attribute, &name.name, &name.ns);
-    return name;
+    return {attribute->name, attribute->ns ? attribute->ns->namespaceName : nullptr};
 }
 
 inline bool isNamed(const XML_DOM_Attr *attribute, const char *name, const char *ns) noexcept {
     const AttributeName own = nameOf(attribute);
-    return XML_Strcmp(own.name, name) == 0 && XML_Strcmp(own.ns, ns) == 0;
+    return isSameText(own.name, name) && isSameText(own.ns, ns);
 }
 
 struct SchemaAllowedAttribute {

@@ -12,7 +12,8 @@ constexpr std::int32_t kProhibited = 1, kRequired = 2;  // of SchemaAttributeDec
 constexpr std::int32_t kLax = 1, kSkip = 2;             // of SchemaWildcard::processContents
 constexpr std::int32_t kQualified = 1;
 
-void unexpected(XML_DOM_Node *element, const XML_DOM_Attr *attribute, Validation &run) {
+[[gnu::cold]] void unexpected(XML_DOM_Node *element, const XML_DOM_Attr *attribute,
+                              Validation &run) {
     const AttributeName name = nameOf(attribute);
     Schema_SetError(run, 7, {.node = element, .attrName = name.name, .attrNs = name.ns});
 }
@@ -26,8 +27,8 @@ class AttributeCheck {
     // Lists all attributes; false for want of memory.
     bool list() {
         run_.attributes.truncate(0);
-        for (const XML_DOM_Attr *attribute = XML_DOM_GetFirstAttr(element_); attribute;
-             attribute = XML_DOM_GetNextAttr(attribute)) {
+        for (const XML_DOM_Attr *attribute = element_->firstAttr; attribute;
+             attribute = attribute->next) {
             if (!run_.attributes.append(attribute)) return false;
         }
         return true;
@@ -61,8 +62,8 @@ class AttributeCheck {
 };
 
 const XML_DOM_Attr *AttributeCheck::find(const char *name, const char *ns) const {
-    const XML_DOM_Attr *attribute = XML_DOM_GetFirstAttr(element_);
-    while (attribute && !isNamed(attribute, name, ns)) attribute = XML_DOM_GetNextAttr(attribute);
+    const XML_DOM_Attr *attribute = element_->firstAttr;
+    while (attribute && !isNamed(attribute, name, ns)) attribute = attribute->next;
     return attribute;
 }
 
@@ -76,7 +77,7 @@ void AttributeCheck::strike(const XML_DOM_Attr *attribute) {
 
 void AttributeCheck::checkValue(const SchemaAttributeDecl &decl, const char *ns,
                                 const XML_DOM_Attr *attribute) {
-    const char *value = XML_DOM_GetAttrValByHandle(attribute);
+    const char *value = attribute->value;
     const bool valid = decl.hasFixed == 1
                            ? Schema_CheckFixedValue(decl.fixedValue, value, run_.valueCheck())
                            : checkSimpleType(decl.type, value, run_.valueCheck());
@@ -109,7 +110,9 @@ const XML_DOM_Attr *AttributeCheck::checkUse(const SchemaAttributeDecl &use, boo
 }
 
 void AttributeCheck::checkUses(const SchemaAttributeDecl *const *uses, std::uint32_t count) {
-    for (std::uint32_t i = 0; i < count && run_.valid(); ++i) strike(checkUse(*uses[i], false));
+    for (std::uint32_t i = 0; i < count && run_.valid(); ++i) {
+        if (const XML_DOM_Attr *attribute = checkUse(*uses[i], false)) strike(attribute);
+    }
 }
 
 void AttributeCheck::checkWildcard(const SchemaWildcard *wildcard) {
@@ -187,8 +190,8 @@ void Schema_CheckAttributes(XML_DOM_Node *element, const SchemaComplexType &type
 }
 
 void Schema_CheckAllowedAttributes(XML_DOM_Node *element, Validation &run) noexcept {
-    for (const XML_DOM_Attr *attribute = XML_DOM_GetFirstAttr(element); attribute && run.valid();
-         attribute = XML_DOM_GetNextAttr(attribute)) {
+    for (const XML_DOM_Attr *attribute = element->firstAttr; attribute && run.valid();
+         attribute = attribute->next) {
         if (const SchemaAllowedAttribute *allowed = findAllowed(attribute)) {
             checkAllowedValue(element, attribute, *allowed, run);
         } else {

@@ -10,6 +10,7 @@
 #include "schema/integer.h"
 #include "schema/lexical.h"
 #include "schema/message.h"
+#include "schema/value_check.h"
 
 namespace cxml {
 namespace {
@@ -150,7 +151,31 @@ std::size_t quotedBytes(std::uint32_t size) {
     return size >= kRest ? size - kRest : INT_MAX;
 }
 
+// Says what is wrong with a value.
+[[gnu::cold]] void refuse(std::uint32_t code, const char *value, const ValueCheck &check) {
+    if (*value == '\0') {
+        writeMessage(check.buffer, check.size, {typeName(code), " cannot be empty."});
+    } else {
+        writeMessage(check.buffer, check.size,
+                     {beginningOf(value, quotedBytes(check.size)), " is an invalid value of ",
+                      typeName(code), " type value."});
+    }
+}
+
 }  // namespace
+
+bool checkBaseType(std::uint32_t code, const char *value, const ValueCheck &check) noexcept {
+    // Any text is a string, as kChecks says, too.
+    if (code == SCHEMA_TYPE_STRING || code == SCHEMA_TYPE_ANY_SIMPLE_TYPE) return true;
+    if (*value == '\0') {
+        if (code == SCHEMA_TYPE_BASE64_BINARY) return true;
+    } else if (code < kCodes && kChecks[code] && kChecks[code](value)) {
+        return true;
+    }
+    refuse(code, value, check);
+    return false;
+}
+
 }  // namespace cxml
 
 using namespace cxml;
@@ -163,16 +188,5 @@ uint32_t SCHEMA_CheckBaseTypeNonNull(uint32_t code, const char *value) noexcept 
 uint32_t Schema_CheckBaseType(const SchemaSimpleType *type, const char *value, uint32_t size,
                               char *buffer) noexcept {
     if (!type || !value || !buffer) return 0;
-    const uint32_t code = type->builtinCode;
-    if (code == SCHEMA_TYPE_ANY_SIMPLE_TYPE) return 1;
-    if (*value == '\0') {
-        if (code == SCHEMA_TYPE_STRING || code == SCHEMA_TYPE_BASE64_BINARY) return 1;
-        writeMessage(buffer, size, {typeName(code), " cannot be empty."});
-        return 0;
-    }
-    if (SCHEMA_CheckBaseTypeNonNull(code, value) == 1) return 1;
-    writeMessage(buffer, size,
-                 {beginningOf(value, quotedBytes(size)), " is an invalid value of ", typeName(code),
-                  " type value."});
-    return 0;
+    return checkBaseType(type->builtinCode, value, {size, buffer, nullptr}) ? 1 : 0;
 }

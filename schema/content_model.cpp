@@ -57,8 +57,8 @@ bool mayRunOn(const GroupFrame *frame, std::uint64_t filled) {
         const std::uint64_t total = frame->least + frame->extra + filled;
         const std::uint32_t max = frame->group.maxOccurs;
         if (max == 0) return false;
-        if (total % max != 0) return true;
-        filled = total / max;
+        if (!isMultiple(total, max)) return true;
+        filled = divide(total, max);
     }
     return false;
 }
@@ -67,12 +67,12 @@ bool mayRunOn(const GroupFrame *frame, std::uint64_t filled) {
 bool runEnds(const SchemaContentCursor &cursor, std::uint64_t count, std::uint32_t max,
              bool inRepeat) {
     if (max == 0) return true;
-    if (count % max != 0) return false;
-    return !inRepeat || !mayRunOn(cursor.frames, count / max);
+    if (!isMultiple(count, max)) return false;
+    return !inRepeat || !mayRunOn(cursor.frames, divide(count, max));
 }
 
 Uses usesOf(std::uint64_t count, std::uint32_t min, std::uint32_t max) {
-    return {count == 0 ? 0 : ceilDivide(count, max), min == 0 ? kInfinite : count / min};
+    return {count == 0 ? 0 : ceilDivide(count, max), min == 0 ? kInfinite : divide(count, min)};
 }
 
 void expected(const SchemaContentCursor &cursor, const SchemaElementDecl &decl, Validation &run) {
@@ -88,8 +88,9 @@ void expected(const SchemaContentCursor &cursor, const SchemaElementDecl &decl, 
     }
 }
 
-Uses Schema_MatchElementParticle(SchemaContentCursor &cursor, const SchemaElementDecl &decl,
-                                 bool inRepeat, Validation &run) {
+// Of an element, what may stand here in a run without an end.
+Uses matchElementRun(SchemaContentCursor &cursor, const SchemaElementDecl &decl, bool inRepeat,
+                     Validation &run) {
     std::uint64_t count = 0;
     while (cursor.current.node && matches(cursor.current, decl, run)) {
         if (!take(cursor, &decl, run)) return {};
@@ -104,6 +105,22 @@ Uses Schema_MatchElementParticle(SchemaContentCursor &cursor, const SchemaElemen
     }
     if (!run.valid()) return {};
     return usesOf(count, decl.minOccurs, decl.maxOccurs);
+}
+
+Uses Schema_MatchElementParticle(SchemaContentCursor &cursor, const SchemaElementDecl &decl,
+                                 bool inRepeat, Validation &run) {
+    // The two simple cases: it may be missing and is; it stands here, where one can stand.
+    const bool here = cursor.current.node && matches(cursor.current, decl, run);
+    if (!here && decl.minOccurs == 0) {
+        run.context.matched = 0;
+        return {0, kInfinite};
+    }
+    if (here && decl.maxOccurs == 1 && decl.minOccurs <= 1 && !inRepeat) {
+        if (!take(cursor, &decl, run)) return {};
+        run.context.matched = 1;
+        return {1, decl.minOccurs == 0 ? kInfinite : 1};
+    }
+    return matchElementRun(cursor, decl, inRepeat, run);
 }
 
 Uses matchWildcardParticle(SchemaContentCursor &cursor, const SchemaElementWildcard &wildcard,
@@ -126,8 +143,10 @@ Uses matchWildcardParticle(SchemaContentCursor &cursor, const SchemaElementWildc
 // Opens a group for as long as it lives.
 class OpenGroup {
   public:
-    OpenGroup(SchemaContentCursor &cursor, const SchemaModelGroup &group, bool inRepeat)
-        : cursor_(cursor), frame_{group, cursor.frames, inRepeat, countRequired(group), false} {
+    OpenGroup(SchemaContentCursor &cursor, const SchemaModelGroup &group, bool inRepeat,
+              Validation &run)
+        : cursor_(cursor),
+          frame_{group, cursor.frames, inRepeat, run.groups.required(group), false} {
         cursor.frames = &frame_;
     }
     OpenGroup(const OpenGroup &) = delete;
@@ -144,7 +163,7 @@ class OpenGroup {
 
     bool finished() const {
         const std::uint32_t max = frame_.group.maxOccurs;
-        return max == 0 || frame_.least % max == 0;
+        return max == 0 || isMultiple(frame_.least, max);
     }
     bool contentEmptiable() const { return isContentEmptiable(frame_.group, frame_.required); }
     bool satisfied() const { return contentEmptiable() || frame_.most >= frame_.group.minOccurs; }
@@ -153,7 +172,7 @@ class OpenGroup {
         const SchemaModelGroup &group = frame_.group;
         const bool emptiable = group.minOccurs == 0 || contentEmptiable();
         return {frame_.least == 0 ? 0 : ceilDivide(frame_.least, group.maxOccurs),
-                emptiable ? kInfinite : frame_.most / group.minOccurs};
+                emptiable ? kInfinite : divide(frame_.most, group.minOccurs)};
     }
     bool repeatedEnough() const {
         if (frame_.least == 0) return frame_.group.minOccurs == 0 || satisfied();
@@ -166,6 +185,14 @@ class OpenGroup {
     GroupFrame frame_;
 };
 
+// Whether a particle cannot match nothing.
+bool isRequired(const SchemaTypedRef &particle, Validation &run) {
+    if (particle.kind == SCHEMA_KIND_ELEMENT) return elementOf(particle).minOccurs != 0;
+    if (particle.kind != SCHEMA_KIND_MODEL_GROUP) return !isEmptiable(particle);
+    const SchemaModelGroup &group = groupOf(particle);
+    return group.minOccurs != 0 && !isContentEmptiable(group, run.groups.required(group));
+}
+
 // One repetition of a sequence: every particle in turn. What it adds to the readings of how many
 // repetitions there have been is added up in the frame.
 void repeatSequence(OpenGroup &open, const SchemaModelGroup &group, Validation &run) {
@@ -174,7 +201,7 @@ void repeatSequence(OpenGroup &open, const SchemaModelGroup &group, Validation &
     std::uint64_t most = open->required == 0 ? kInfinite : 1;
     open->extra = 0;
     for (std::uint32_t i = 0; i < group.particleCount; ++i) {
-        const bool required = !isEmptiable(group.particles[i]);
+        const bool required = isRequired(group.particles[i], run);
         const Uses uses = open.match(group.particles[i], required, run);
         if (!run.valid()) return;
         if (uses.least > 1) open->extra += uses.least - 1;
@@ -187,7 +214,7 @@ void repeatSequence(OpenGroup &open, const SchemaModelGroup &group, Validation &
 
 Uses matchSequence(SchemaContentCursor &cursor, const SchemaModelGroup &group, bool inRepeat,
                    Validation &run) {
-    OpenGroup open{cursor, group, inRepeat};
+    OpenGroup open{cursor, group, inRepeat, run};
     const auto begins = [&] { return canGroupBegin(group, cursor.current, run); };
     bool again = cursor.current.node && group.maxOccurs > 0 && (group.minOccurs > 0 || begins());
     while (again) {
@@ -204,22 +231,13 @@ Uses matchSequence(SchemaContentCursor &cursor, const SchemaModelGroup &group, b
     return open.uses();
 }
 
-// The first particle that can begin with the current child: no better one is looked for.
-const SchemaTypedRef *chooseParticle(const SchemaContentCursor &cursor,
-                                     const SchemaModelGroup &group, Validation &run) {
-    for (std::uint32_t i = 0; i < group.particleCount; ++i) {
-        if (canBegin(group.particles[i], cursor.current, run)) return &group.particles[i];
-    }
-    return nullptr;
-}
-
 Uses matchChoice(SchemaContentCursor &cursor, const SchemaModelGroup &group, Validation &run) {
-    OpenGroup open{cursor, group, true};
+    OpenGroup open{cursor, group, true, run};
     while (cursor.current.node && group.maxOccurs > 0) {
-        const SchemaTypedRef *chosen = chooseParticle(cursor, group, run);
+        const SchemaTypedRef *chosen = chooseParticle(group, cursor.current, run);
         if (!chosen) break;
         const XML_DOM_Node *before = cursor.current.node;
-        const bool required = !isEmptiable(*chosen);
+        const bool required = isRequired(*chosen, run);
         const Uses uses = open.match(*chosen, required, run);
         if (!run.valid()) return {};
         open->least += uses.least > 1 ? uses.least : 1;
@@ -337,7 +355,11 @@ void checkBase(SchemaContentCursor &cursor, const SchemaDerivation &derivation, 
 }  // namespace
 
 void setCurrent(SchemaContentCursor &cursor, XML_DOM_Node *node) noexcept {
-    cursor.current = nameOf(elementFrom(node), cursor.defaultNs);
+    while (node && node->type != XML_DOM_NODE_ELEMENT) {
+        cursor.sawText = true;
+        node = node->nextSibling;
+    }
+    cursor.current = nameOf(node, cursor.defaultNs);
 }
 
 // Calls itself along the base types: as deep as the schema derives types from one another.

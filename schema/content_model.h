@@ -17,6 +17,7 @@ struct SchemaContentCursor {
     const XML_DOM_NsDecl *defaultNs;  // in scope below the parent
     cxml::ElementName current;        // the next element child to be matched
     const cxml::GroupFrame *frames;   // the open groups, innermost first
+    bool sawText;                     // among the children before the current one
 };
 
 namespace cxml {

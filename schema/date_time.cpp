@@ -127,8 +127,10 @@ bool checkDateTime(DateForm form, const char *value, SchemaDateTimeValue *out) n
         parsed.second = readDigits(value + row.hourAt + 6, 2);
     }
     if (!isInRange(parsed, row.flags)) return false;
-    readTail(tail, &parsed);
-    if (out) *out = parsed;
+    if (out) {
+        readTail(tail, &parsed);
+        *out = parsed;
+    }
     return true;
 }
 

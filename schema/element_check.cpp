@@ -23,14 +23,6 @@ Children childrenOf(const XML_DOM_Node *element) {
     return children;
 }
 
-const char *lastTextOf(const XML_DOM_Node *element) {
-    const char *text = nullptr;
-    for (const XML_DOM_Node *child = element->firstChild; child; child = child->nextSibling) {
-        if (child->type == XML_DOM_NODE_TEXT) text = child->value;
-    }
-    return text;
-}
-
 void invalidValue(XML_DOM_Node *element, Validation &run) {
     Schema_SetError(run, 3, {.node = element, .name = element->name, .text = run.message});
 }
@@ -42,20 +34,29 @@ void checkFixed(XML_DOM_Node *element, const SchemaElementDecl &decl, Validation
 }
 
 void checkSimple(XML_DOM_Node *element, const SchemaElementDecl &decl, Validation &run) {
-    Schema_CheckAllowedAttributes(element, run);
-    if (!run.valid()) return;
-    if (XML_DOM_Node *child = elementFrom(element->firstChild)) {
-        return Schema_SetError(run, 6, {.node = child});
+    if (element->firstAttr) {
+        Schema_CheckAllowedAttributes(element, run);
+        if (!run.valid()) return;
+    }
+    const char *lastText = nullptr;
+    for (XML_DOM_Node *child = element->firstChild; child; child = child->nextSibling) {
+        if (child->type == XML_DOM_NODE_ELEMENT) return Schema_SetError(run, 6, {.node = child});
+        if (child->type == XML_DOM_NODE_TEXT) lastText = child->value;
     }
     // Intended: a fixed value is compared with the first text, any other value is the last one.
     if (decl.hasFixed == 1) return checkFixed(element, decl, run);
     const auto *type = static_cast<const SchemaSimpleType *>(decl.type);
-    if (!checkSimpleType(type, lastTextOf(element), run.valueCheck())) invalidValue(element, run);
+    if (!checkSimpleType(type, lastText, run.valueCheck())) invalidValue(element, run);
 }
 
 bool isSimpleContent(const SchemaDerivation &derivation) {
     return derivation.derivationKind != SCHEMA_KIND_COMPLEX_RESTRICTION &&
            derivation.derivationKind != SCHEMA_KIND_COMPLEX_EXTENSION;
+}
+
+// Whether a type has no content model for elements.
+bool hasNoElements(const SchemaComplexType &type) {
+    return !type.particle && (!type.content || isSimpleContent(*type.content));
 }
 
 // Whether the children are of a sort that the type can have at all.
@@ -66,12 +67,19 @@ void checkKinds(XML_DOM_Node *element, const SchemaElementDecl &decl, const Sche
     if (empty && children.text && decl.hasFixed != 1) {
         return Schema_SetError(run, 9, {.node = element});
     }
-    const bool noElements = !type.particle && (!type.content || isSimpleContent(*type.content));
-    if (noElements) {
+    if (hasNoElements(type)) {
         if (children.elements) Schema_SetError(run, 10, {.node = element});
     } else if (children.text && type.mixed != 1) {
         Schema_SetError(run, 9, {.node = element});
     }
+}
+
+// Whether there is text among the children, given how far their content model has got.
+bool hasText(const SchemaContentCursor &cursor) {
+    if (cursor.sawText) return true;
+    const XML_DOM_Node *child = cursor.current.node;
+    while (child && child->type == XML_DOM_NODE_ELEMENT) child = child->nextSibling;
+    return child != nullptr;
 }
 
 // Checks one tree with a stack of its own: the element that is being checked, those around it, and
@@ -107,9 +115,11 @@ class TreeCheck {
 void TreeCheck::begin(XML_DOM_Node *element, const SchemaElementDecl &particle,
                       const XML_DOM_NsDecl *defaultNsAbove) {
     traceNode(element, "Schema_CheckElement");
-    const ElementName name = nameOf(element, defaultNsAbove);
-    const SchemaElementDecl *decl = substituted(name, particle, run_);
-    if (!decl) return Schema_SetError(run_, 6, {.node = element});
+    const SchemaElementDecl *decl = &referred(particle);
+    if (decl->abstract == 1) {
+        decl = substituted(nameOf(element, defaultNsAbove), particle, run_);
+        if (!decl) return Schema_SetError(run_, 6, {.node = element});
+    }
     if (!decl->type) return;
     const bool nil = decl->nillable == 1 && !element->firstChild;
     if (decl->typeKind == SCHEMA_KIND_SIMPLE_TYPE) {
@@ -123,7 +133,8 @@ void TreeCheck::begin(XML_DOM_Node *element, const SchemaElementDecl &particle,
 
 void TreeCheck::beginComplex(XML_DOM_Node *element, const SchemaElementDecl &decl,
                              const SchemaComplexType &type, const XML_DOM_NsDecl *defaultNsAbove) {
-    checkKinds(element, decl, type, run_);
+    const bool hasModel = !hasNoElements(type) && decl.hasFixed != 1;
+    if (!hasModel) checkKinds(element, decl, type, run_);
     if (!run_.valid()) return;
     if (decl.hasFixed == 1) {
         checkFixed(element, decl, run_);  // Intended: its children are not looked at
@@ -131,11 +142,17 @@ void TreeCheck::beginComplex(XML_DOM_Node *element, const SchemaElementDecl &dec
         return;
     }
     const std::size_t first = run_.matched.size();
-    SchemaContentCursor cursor{element, defaultNsBelow(element, defaultNsAbove), {}, nullptr};
+    SchemaContentCursor cursor{
+        element, defaultNsBelow(element, defaultNsAbove), {}, nullptr, false};
     setCurrent(cursor, element->firstChild);
     run_.context.cursor = &cursor;
     Schema_CheckComplexContent(cursor, type, run_);
     run_.context.cursor = nullptr;
+    // Seen on the way, so that children are walked once less; it is wrong before all else is.
+    if (hasModel && type.mixed != 1 && hasText(cursor)) {
+        run_.matched.truncate(first);
+        return Schema_SetError(run_, 9, {.node = element});
+    }
     if (run_.valid() && cursor.current.node) {
         Schema_SetError(run_, 6, {.node = cursor.current.node});
     }

@@ -3,6 +3,7 @@
 
 #include "compactxml.h"
 #include "dom/namespace.h"
+#include "schema/same_text.h"
 #include "schema/validation.h"
 
 namespace cxml {
@@ -23,6 +24,7 @@ inline XML_DOM_Node *elementFrom(XML_DOM_Node *node) noexcept {
 // The default namespace declaration in scope below an element, given the one above it.
 inline const XML_DOM_NsDecl *defaultNsBelow(const XML_DOM_Node *element,
                                             const XML_DOM_NsDecl *above) noexcept {
+    if (!element->firstNsDecl) return above;
     const XML_DOM_NsDecl *own = XML_DOM_FindNsDecl(element->firstNsDecl, nullptr);
     return own ? own : above;
 }
@@ -40,11 +42,27 @@ inline const SchemaElementDecl &referred(const SchemaElementDecl &decl) noexcept
 }
 
 // The namespace that an element of this (referred) declaration has; null for none.
-const char *expectedNamespace(const SchemaElementDecl &decl, const Validation &run) noexcept;
+inline const char *expectedNamespace(const SchemaElementDecl &decl,
+                                     const Validation &run) noexcept {
+    constexpr std::int32_t kQualified = 1;
+    const bool byDefault =
+        decl.form == 0 && run.context.root->elementFormDefault == std::uint32_t{kQualified};
+    return decl.form == kQualified || byDefault ? lookupNamespace(decl, run) : nullptr;
+}
+
+// The first top-level declaration of an element that names this one as the head of its group; or null.
+const SchemaElementDecl *findMember(const ElementName &element, const SchemaElementDecl &head,
+                                    const Validation &run) noexcept;
 
 // Whether an element is one of this declaration; of an abstract one, whether it is a member of its
 // substitution group.
-bool matches(const ElementName &element, const SchemaElementDecl &decl, Validation &run) noexcept;
+inline bool matches(const ElementName &element, const SchemaElementDecl &decl,
+                    Validation &run) noexcept {
+    const SchemaElementDecl &declared = referred(decl);
+    if (declared.abstract == 1) return findMember(element, declared, run) != nullptr;
+    return isSameText(element.name, declared.name) &&
+           run.namespaces.matches(element.ns, expectedNamespace(declared, run));
+}
 
 // The declaration to check an element against that matched this one: of an abstract one, the member
 // of its substitution group. Null for none.

@@ -1,10 +1,13 @@
+#include <climits>
 #include <cstdint>
 #include <cstdlib>
 #include <cstring>
 
 #include "compactxml.h"
 #include "schema/date_time.h"
+#include "schema/lexical.h"
 #include "schema/message.h"
+#include "schema/same_text.h"
 #include "schema/value_check.h"
 
 namespace cxml {
@@ -41,24 +44,31 @@ Comparison comparisonOf(std::uint32_t code) {
     }
 }
 
-// Reads a number as sscanf does; the plain spelling of a small number, which nearly all have, without
-// the C library's work on blanks, signs and limits.
-template <class Number>
-Number readNumber(const char *text, Number (*read)(const char *, char **, int)) {
+// Reads the plain spelling of a small number, which nearly all have. False for others, which are left
+// to the C library's work on blanks, signs and limits.
+bool readPlain(const char *text, std::int64_t *out) {
     constexpr int kSafeDigits = 18;
-    Number number = 0;
+    std::int64_t number = 0;
     int digits = 0;
-    for (; text[digits] >= '0' && text[digits] <= '9'; ++digits) {
-        if (digits == kSafeDigits) return read(text, nullptr, 10);
-        number = number * 10 + static_cast<Number>(text[digits] - '0');
+    for (; isDigit(text[digits]); ++digits) {
+        if (digits == kSafeDigits) return false;
+        number = number * 10 + (text[digits] - '0');
     }
-    return digits != 0 ? number : read(text, nullptr, 10);
+    *out = number;
+    return digits != 0;
 }
 
 template <class Number>
-int compareNumbers(const char *a, const char *b, Number (*read)(const char *, char **, int)) {
-    const Number left = readNumber(a, read), right = readNumber(b, read);
-    return left < right ? -1 : left > right ? 1 : 0;
+int compare(Number a, Number b) {
+    return a < b ? -1 : a > b ? 1 : 0;
+}
+
+// Compares numbers as sscanf reads them.
+int compareNumbers(const char *a, const char *b, bool isSigned) {
+    std::int64_t left = 0, right = 0;
+    if (readPlain(a, &left) && readPlain(b, &right)) return compare(left, right);
+    if (isSigned) return compare(std::strtoll(a, nullptr, 10), std::strtoll(b, nullptr, 10));
+    return compare(std::strtoull(a, nullptr, 10), std::strtoull(b, nullptr, 10));
 }
 
 int compareAsDurations(const char *a, const char *b) {
@@ -80,9 +90,9 @@ int compareAsDateTimes(std::uint32_t code, const char *a, const char *b) {
 int compareInOrder(const SchemaFacet &facet, const char *value) {
     switch (comparisonOf(facet.baseCode)) {
         case Comparison::kSigned:
-            return compareNumbers(value, facet.value, std::strtoll);
+            return compareNumbers(value, facet.value, true);
         case Comparison::kUnsigned:
-            return compareNumbers(value, facet.value, std::strtoull);
+            return compareNumbers(value, facet.value, false);
         case Comparison::kDuration:
             return compareAsDurations(value, facet.value);
         case Comparison::kDateTime:
@@ -95,14 +105,20 @@ int compareInOrder(const SchemaFacet &facet, const char *value) {
 
 // The same for equality. Intended: dates and times are equal as texts alone.
 bool equals(const SchemaFacet &facet, const char *value) {
+    if (isSameText(value, facet.value)) return true;
     const Comparison comparison = comparisonOf(facet.baseCode);
-    if (comparison == Comparison::kDateTime || comparison == Comparison::kText) {
-        return XML_Strcmp(value, facet.value) == 0;
-    }
+    if (comparison == Comparison::kDateTime || comparison == Comparison::kText) return false;
     return compareInOrder(facet, value) == 0;
 }
 
-// The number of bytes, for comparing with what atol reads.
+// The number that a facet of length or digits asks for.
+long countOf(const SchemaFacet &facet) {
+    std::int64_t count = 0;
+    if (readPlain(facet.value, &count) && count <= LONG_MAX) return static_cast<long>(count);
+    return std::atol(facet.value);
+}
+
+// The number of bytes, for comparing with what a facet says.
 long lengthOf(const char *value) {
     return static_cast<long>(std::strlen(value));
 }
@@ -122,16 +138,14 @@ struct Requirement {
 Requirement requirementOf(const SchemaFacet &facet, const char *value) {
     switch (facet.kind) {
         case SCHEMA_FACET_LENGTH:
-            return {lengthOf(value) == std::atol(facet.value), "The length must be equal to "};
+            return {lengthOf(value) == countOf(facet), "The length must be equal to "};
         case SCHEMA_FACET_MAX_LENGTH:
-            return {lengthOf(value) <= std::atol(facet.value),
-                    "The length must be less than or equal to "};
+            return {lengthOf(value) <= countOf(facet), "The length must be less than or equal to "};
         case SCHEMA_FACET_MIN_LENGTH:
-            return {lengthOf(value) >= std::atol(facet.value),
+            return {lengthOf(value) >= countOf(facet),
                     "The length must be greater than or equal to "};
         case SCHEMA_FACET_TOTAL_DIGITS:
-            return {digitsOf(value) == std::atol(facet.value),
-                    "The total digit length must be equal to "};
+            return {digitsOf(value) == countOf(facet), "The total digit length must be equal to "};
         case SCHEMA_FACET_MAX_EXCLUSIVE:
             return {compareInOrder(facet, value) < 0, "The value must be less than "};
         case SCHEMA_FACET_MAX_INCLUSIVE:
@@ -145,6 +159,65 @@ Requirement requirementOf(const SchemaFacet &facet, const char *value) {
             return {true, ""};
     }
 }
+
+bool isOfIntegers(std::uint32_t code) {
+    const Comparison comparison = comparisonOf(code);
+    return comparison == Comparison::kSigned || comparison == Comparison::kUnsigned;
+}
+
+// The integer of a value, for all facets of a step. Most bounds are plain numbers, and so is what they
+// are for.
+class PlainInteger {
+  public:
+    PlainInteger(const SchemaFacet *facets, std::uint32_t count, const char *value)
+        : known_(count != 0 && isOfIntegers(facets[0].baseCode) && readPlain(value, &number_)) {}
+
+    // Whether a facet is a plain bound and holds. False tells nothing.
+    bool isWithin(const SchemaFacet &facet) const {
+        std::int64_t bound = 0;
+        if (!known_ || !facet.value || !isOfIntegers(facet.baseCode)) return false;
+        switch (facet.kind) {
+            case SCHEMA_FACET_MAX_EXCLUSIVE:
+                return readPlain(facet.value, &bound) && number_ < bound;
+            case SCHEMA_FACET_MAX_INCLUSIVE:
+                return readPlain(facet.value, &bound) && number_ <= bound;
+            case SCHEMA_FACET_MIN_EXCLUSIVE:
+                return readPlain(facet.value, &bound) && number_ > bound;
+            case SCHEMA_FACET_MIN_INCLUSIVE:
+                return readPlain(facet.value, &bound) && number_ >= bound;
+            default:
+                return false;
+        }
+    }
+
+  private:
+    std::int64_t number_ = 0;
+    bool known_;
+};
+
+// All enumerated values of a step, one of which is enough. A value that is another one leaves a message
+// even so, unless nobody reads it.
+class Enumeration {
+  public:
+    void take(const SchemaFacet &facet, const char *value, const ValueCheck &check) {
+        enumerated_ = true;
+        if (matched_ && (missed_ || check.onlyOfFailures)) return;
+        if (equals({facet.value ? facet.value : "", facet.kind, facet.baseCode}, value)) {
+            matched_ = true;
+        } else if (!missed_) {
+            missed_ = true;
+            if (!check.onlyOfFailures) writeMessage(check.buffer, check.size, {kNoMatch});
+        }
+    }
+    bool holds(const ValueCheck &check) const {
+        if (!enumerated_ || matched_) return true;
+        if (check.onlyOfFailures) writeMessage(check.buffer, check.size, {kNoMatch});
+        return false;
+    }
+
+  private:
+    bool enumerated_ = false, matched_ = false, missed_ = false;
+};
 
 bool matchesPattern(const char *pattern, const char *value, const ValueCheck &check) {
     if (check.patterns) return check.patterns->matches(pattern, value);
@@ -173,18 +246,16 @@ bool checkFacet(const SchemaFacet &facet, const char *value, const ValueCheck &c
 
 bool checkFacets(const SchemaFacet *facets, std::uint32_t count, const char *value,
                  const ValueCheck &check) noexcept {
-    bool enumerated = false, matched = false;
+    Enumeration enumeration;
+    const PlainInteger integer{facets, count, value};
     for (std::uint32_t i = 0; i < count; ++i) {
-        const bool holds = checkFacet(facets[i], value, check);
         if (facets[i].kind == SCHEMA_FACET_ENUMERATION) {
-            // One of them is enough; the message of another may stay.
-            enumerated = true;
-            matched = matched || holds;
-        } else if (!holds) {
+            enumeration.take(facets[i], value, check);
+        } else if (!integer.isWithin(facets[i]) && !checkFacet(facets[i], value, check)) {
             return false;
         }
     }
-    return !enumerated || matched;
+    return enumeration.holds(check);
 }
 
 }  // namespace cxml

@@ -66,10 +66,17 @@ bool matchesSignedInteger(const char *text) noexcept {
 }
 
 bool matchesBoolean(const char *text) noexcept {
-    for (const char *value : {"1", "true", "0", "false"}) {
-        if (std::strcmp(text, value) == 0) return true;
+    switch (*text) {
+        case '0':
+        case '1':
+            return text[1] == '\0';
+        case 't':
+            return std::strcmp(text, "true") == 0;
+        case 'f':
+            return std::strcmp(text, "false") == 0;
+        default:
+            return false;
     }
-    return false;
 }
 
 bool matchesHexBinary(const char *text) noexcept {
@@ -105,9 +112,10 @@ bool matchesDuration(const char *text) noexcept {
 
 const char *skipShape(const char *text, const char *shape) noexcept {
     for (; *shape != '\0'; ++shape, ++text) {
-        const bool fits =
-            is(*shape, kDigit) ? is(*text, kDigit) && *text <= *shape : *text == *shape;
-        if (!fits) return nullptr;
+        const auto asked = static_cast<unsigned char>(*shape);
+        const auto found = static_cast<unsigned char>(*text);
+        // What is less than asked for is a digit below a digit, or nothing that fits.
+        if (found > asked || (found != asked && (found < '0' || asked > '9'))) return nullptr;
     }
     return text;
 }

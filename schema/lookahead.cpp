@@ -9,6 +9,14 @@ namespace {
 
 constexpr std::int32_t kLax = 1, kSkip = 2;  // of SchemaElementWildcard::processContents
 
+const SchemaTypedRef *firstFitting(const SchemaModelGroup &choice, const ElementName &child,
+                                   Validation &run) {
+    for (std::uint32_t i = 0; i < choice.particleCount; ++i) {
+        if (canBegin(choice.particles[i], child, run)) return &choice.particles[i];
+    }
+    return nullptr;
+}
+
 }  // namespace
 
 std::uint32_t countRequired(const SchemaModelGroup &group) noexcept {
@@ -53,15 +61,27 @@ WildcardMatch matchWildcard(const ElementName &child, const SchemaElementWildcar
 
 bool canGroupBegin(const SchemaModelGroup &group, const ElementName &child,
                    Validation &run) noexcept {
-    if (group.compositor != SCHEMA_KIND_CHOICE && group.compositor != SCHEMA_KIND_SEQUENCE) {
-        return false;
-    }
+    if (group.compositor == SCHEMA_KIND_CHOICE) return chooseParticle(group, child, run) != nullptr;
+    if (group.compositor != SCHEMA_KIND_SEQUENCE) return false;
     for (std::uint32_t i = 0; i < group.particleCount; ++i) {
         const SchemaTypedRef &particle = group.particles[i];
         if (canBegin(particle, child, run)) return true;
-        if (group.compositor == SCHEMA_KIND_SEQUENCE && !isEmptiable(particle)) return false;
+        if (!isEmptiable(particle)) return false;
     }
     return false;
+}
+
+const SchemaTypedRef *chooseParticle(const SchemaModelGroup &choice, const ElementName &child,
+                                     Validation &run) noexcept {
+    if (!child.node) return nullptr;
+    const bool isLong = choice.particleCount >= ChoiceMemo::kLeastParticles && child.name;
+    if (isLong) {
+        const ChoiceMemo::Choice *known = run.choices.find(choice, child.name, child.ns);
+        if (known) return known->particle;
+    }
+    const SchemaTypedRef *particle = firstFitting(choice, child, run);
+    if (isLong) run.choices.put({&choice, child.name, child.ns, particle});
+    return particle;
 }
 
 bool canBegin(const SchemaTypedRef &particle, const ElementName &child, Validation &run) noexcept {

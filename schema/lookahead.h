@@ -22,10 +22,7 @@ inline const SchemaModelGroup &groupOf(const SchemaTypedRef &particle) noexcept 
 }
 
 // Whether a particle can match nothing.
-bool isEmptiable(const SchemaTypedRef &particle) noexcept;
-
-// How many particles of a group cannot.
-std::uint32_t countRequired(const SchemaModelGroup &group) noexcept;
+[[gnu::noinline]] bool isEmptiable(const SchemaTypedRef &particle) noexcept;
 
 // Whether one repetition of a group can match nothing, given its particles that cannot.
 bool isContentEmptiable(const SchemaModelGroup &group, std::uint32_t required) noexcept;
@@ -36,13 +33,19 @@ struct WildcardMatch {
 };
 
 // Whether a wildcard accepts a child, which may be none.
-WildcardMatch matchWildcard(const ElementName &child, const SchemaElementWildcard &wildcard,
-                            const Validation &run) noexcept;
+[[gnu::noinline]] WildcardMatch matchWildcard(const ElementName &child,
+                                              const SchemaElementWildcard &wildcard,
+                                              const Validation &run) noexcept;
 
 // Whether a particle or a group can begin with a child, which may be none. Intended: an all group is
 // never chosen by looking ahead.
 bool canBegin(const SchemaTypedRef &particle, const ElementName &child, Validation &run) noexcept;
-bool canGroupBegin(const SchemaModelGroup &group, const ElementName &child,
-                   Validation &run) noexcept;
+[[gnu::noinline]] bool canGroupBegin(const SchemaModelGroup &group, const ElementName &child,
+                                     Validation &run) noexcept;
+
+// The first particle of a choice that can begin with a child, or null: no better one is looked for.
+[[gnu::noinline]] const SchemaTypedRef *chooseParticle(const SchemaModelGroup &choice,
+                                                       const ElementName &child,
+                                                       Validation &run) noexcept;
 
 }  // namespace cxml

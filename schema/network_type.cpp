@@ -54,10 +54,8 @@ constinit SchemaKestType g_SchemaKestTypes[] = {
 };
 
 SchemaKestType *findRow(const char *typeName, const char *namespaceName) {
-    // Asked for every value of a type that is not built in, most of which have other names.
-    const char first = typeName ? *typeName : '\0';
     for (SchemaKestType &row : g_SchemaKestTypes) {
-        if (*row.typeName == first && XML_Strcmp(row.typeName, typeName) == 0 &&
+        if (XML_Strcmp(row.typeName, typeName) == 0 &&
             XML_Strcmp(row.namespaceName, namespaceName) == 0) {
             return &row;
         }

@@ -5,6 +5,12 @@
 
 namespace cxml {
 
+// False for most names that are none of them: it is asked for every value of a type that is not built
+// in.
+inline bool mayBeNetworkType(const char *typeName) noexcept {
+    return typeName && (*typeName == '_' || *typeName == 'I' || *typeName == 'O');
+}
+
 // Each tells whether a value is of its type.
 bool isIpv4Mask(const char *value) noexcept;
 bool isIpv6Address(const char *value) noexcept;

@@ -12,8 +12,18 @@ inline std::uint64_t addCounts(std::uint64_t a, std::uint64_t b) noexcept {
     return a > kInfinite - b ? kInfinite : a + b;
 }
 
+// Divisions take their time, and what occurs once or without end needs none.
+inline std::uint64_t divide(std::uint64_t count, std::uint64_t divisor) noexcept {
+    return divisor == 1 ? count : count < divisor ? 0 : count / divisor;
+}
+
 inline std::uint64_t ceilDivide(std::uint64_t count, std::uint64_t divisor) noexcept {
-    return count / divisor + (count % divisor != 0);
+    const std::uint64_t quotient = divide(count, divisor);
+    return quotient + (quotient * divisor != count);
+}
+
+inline bool isMultiple(std::uint64_t count, std::uint64_t divisor) noexcept {
+    return divide(count, divisor) * divisor == count;
 }
 
 // Whether a run of so many equal children can be spread over repetitions that take from min to max
@@ -23,7 +33,7 @@ inline bool Schema_CheckOccurs(std::uint64_t count, std::uint32_t min, std::uint
     if (count < min) return false;
     if (count == 0) return true;
     if (max == 0) return false;
-    return ceilDivide(count, max) <= count / (min == 0 ? 1 : min);
+    return ceilDivide(count, max) <= divide(count, min == 0 ? 1 : min);
 }
 
 }  // namespace cxml

@@ -2,6 +2,7 @@
 
 #include <cstdint>
 #include <cstdlib>
+#include <new>
 
 #include "compactxml.h"
 
@@ -20,38 +21,61 @@ PatternCache::~PatternCache() {
     for (Entry *entry : buckets_) {
         while (entry) {
             Entry *next = entry->next;
-            if (entry->compiles) ::regfree(&entry->compiled);
+            if (entry->state == Compiled::kGood) ::regfree(&entry->compiled);
+            entry->~Entry();
             std::free(entry);
             entry = next;
         }
     }
 }
 
-// The entry of a pattern, which is made if there is room and memory; null for none.
-const PatternCache::Entry *PatternCache::find(const char *pattern) noexcept {
-    Entry **bucket = &buckets_[reinterpret_cast<std::uintptr_t>(pattern) / 16 % kBuckets];
-    for (Entry *entry = *bucket; entry; entry = entry->next) {
-        if (entry->pattern == pattern) return entry;
-    }
+// Has the C library compile the pattern, once. False for want of memory.
+bool PatternCache::compile(Entry *entry) noexcept {
+    if (entry->state != Compiled::kNot) return true;
+    const int error = ::regcomp(&entry->compiled, entry->pattern, kFlags);
+    if (error == REG_ESPACE) return false;
+    entry->state = error == 0 ? Compiled::kGood : Compiled::kBad;
+    return true;
+}
+
+PatternCache::Entry *PatternCache::add(const char *pattern, Entry **bucket) noexcept {
     if (count_ == kMost) return nullptr;
-    auto *entry = static_cast<Entry *>(std::malloc(sizeof(Entry)));
-    if (!entry) return nullptr;
-    const int error = ::regcomp(&entry->compiled, pattern, kFlags);
-    if (error == REG_ESPACE) {
+    void *block = std::malloc(sizeof(Entry));
+    if (!block) return nullptr;
+    auto *entry = new (block) Entry(pattern, scratch_);
+    entry->hasAutomaton = PatternAutomaton::suitsLocale() && entry->automaton.compile(pattern);
+    if (!entry->hasAutomaton && !compile(entry)) {
+        entry->~Entry();
         std::free(entry);
         return nullptr;
     }
     entry->next = *bucket;
-    entry->pattern = pattern;
-    entry->compiles = error == 0;
     *bucket = entry;
     ++count_;
     return entry;
 }
 
+// The entry of a pattern, which is made if there is room and memory; null for none.
+PatternCache::Entry *PatternCache::find(const char *pattern) noexcept {
+    const auto address = reinterpret_cast<std::uintptr_t>(pattern);
+    Entry **bucket = &buckets_[(address / 16 ^ address / 512) % kBuckets];
+    for (Entry *entry = *bucket; entry; entry = entry->next) {
+        if (entry->pattern == pattern) return entry;
+    }
+    return add(pattern, bucket);
+}
+
 bool PatternCache::matches(const char *pattern, const char *text) noexcept {
-    if (const Entry *entry = find(pattern)) {
-        return entry->compiles && matchesCompiled(entry->compiled, text);
+    if (Entry *entry = find(pattern)) {
+        if (entry->hasAutomaton) {
+            const PatternAutomaton::Answer answer = entry->automaton.match(text);
+            if (answer != PatternAutomaton::Answer::kUnknown) {
+                return answer == PatternAutomaton::Answer::kYes;
+            }
+        }
+        if (compile(entry)) {
+            return entry->state == Compiled::kGood && matchesCompiled(entry->compiled, text);
+        }
     }
     return XML_IsMatchRegex(pattern, text) == 1;
 }

@@ -4,6 +4,9 @@
 #include <regex.h>
 
 #include <cstddef>
+#include <cstdint>
+
+#include "schema/pattern_automaton.h"
 
 namespace cxml {
 
@@ -19,18 +22,28 @@ class PatternCache {
     // As XML_IsMatchRegex; neither argument is null.
     bool matches(const char *pattern, const char *text) noexcept;
 
-    static constexpr std::size_t kMost = 64;
+    static constexpr std::size_t kMost = 256;
 
   private:
+    // The C library answers where there is no automaton, or where it does not know.
+    enum class Compiled : std::uint8_t { kNot, kGood, kBad };
     struct Entry {
-        Entry *next;  // in the bucket
-        const char *pattern;
-        bool compiles;
-        regex_t compiled;
-    };
-    const Entry *find(const char *pattern) noexcept;
+        Entry(const char *text, PatternScratch &scratch) noexcept
+            : pattern(text), automaton(scratch) {}
 
-    static constexpr std::size_t kBuckets = 32;
+        Entry *next = nullptr;  // in the bucket
+        const char *pattern;
+        bool hasAutomaton = false;
+        Compiled state = Compiled::kNot;
+        regex_t compiled;
+        PatternAutomaton automaton;
+    };
+    Entry *find(const char *pattern) noexcept;
+    Entry *add(const char *pattern, Entry **bucket) noexcept;
+    static bool compile(Entry *entry) noexcept;
+
+    static constexpr std::size_t kBuckets = 64;
+    PatternScratch scratch_;
     Entry *buckets_[kBuckets] = {};
     std::size_t count_ = 0;
 };

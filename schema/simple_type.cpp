@@ -2,6 +2,8 @@
 
 #include "compactxml.h"
 #include "schema/message.h"
+#include "schema/network_type.h"
+#include "schema/same_text.h"
 #include "schema/value_check.h"
 
 namespace cxml {
@@ -35,11 +37,13 @@ bool checkSimpleType(const SchemaSimpleType *type, const char *value,
     if (!value) value = "";
     if (isUnion(*type)) return checkUnion(*type, value, check);
     if (type->builtinCode != 0) {
-        return Schema_CheckBaseType(type, value, check.size, check.buffer) == 1;
+        return checkBaseType(type->builtinCode, value, check);
     }
     // Intended: a type of network equipment has neither base nor facets that count.
-    if (const SchemaKestType *row = Schema_FoundKestBltInType(type->name, type->ns)) {
-        return Schema_checkKestBltInType(row, value, check.size, check.buffer) == 1;
+    if (mayBeNetworkType(type->name)) {
+        if (const SchemaKestType *row = Schema_FoundKestBltInType(type->name, type->ns)) {
+            return Schema_checkKestBltInType(row, value, check.size, check.buffer) == 1;
+        }
     }
     return checkRestriction(*type, value, check);
 }
@@ -68,7 +72,7 @@ std::uint32_t checkSimpleContent(const SchemaComplexType *type, const char *valu
 
 bool Schema_CheckFixedValue(const char *fixedValue, const char *value,
                             const ValueCheck &check) noexcept {
-    if (XML_Strcmp(fixedValue, value) == 0) return true;
+    if (isSameText(fixedValue, value)) return true;
     if (!fixedValue || *fixedValue == '\0') {
         writeMessage(check.buffer, check.size, {"must be empty"});
     } else {

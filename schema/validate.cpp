@@ -6,6 +6,7 @@
 #include "schema/element_match.h"
 #include "schema/namespace_match.h"
 #include "schema/occurrence.h"
+#include "schema/same_text.h"
 #include "schema/validation.h"
 
 namespace cxml {
@@ -15,7 +16,7 @@ namespace {
 const SchemaElementDecl *findRootDecl(const ElementName &name, const SchemaRoot &root) {
     for (std::uint32_t i = 0; i < root.elements.count; ++i) {
         const auto *decl = static_cast<const SchemaElementDecl *>(root.elements.items[i]);
-        if (XML_Strcmp(decl->name, name.name) == 0 &&
+        if (isSameText(decl->name, name.name) &&
             Schema_NamespaceMatch(name.ns, decl->targetNamespace, nullptr, nullptr)) {
             return decl;
         }

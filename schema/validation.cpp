@@ -3,10 +3,12 @@
 #include <cstring>
 
 #include "schema/namespace_match.h"
+#include "schema/same_text.h"
 
 namespace cxml {
 
-void Schema_SetError(Validation &run, std::uint32_t code, const ErrorFields &fields) noexcept {
+[[gnu::cold]] void Schema_SetError(Validation &run, std::uint32_t code,
+                                   const ErrorFields &fields) noexcept {
     SchemaValidateContext &context = run.context;
     context.code = code;
     context.node = fields.node;
@@ -19,15 +21,9 @@ void Schema_SetError(Validation &run, std::uint32_t code, const ErrorFields &fie
     run.result = XML_OK;
 }
 
-void setFailure(Validation &run) noexcept {
+[[gnu::cold]] void setFailure(Validation &run) noexcept {
     Schema_SetError(run, 0, {});
     run.result = XML_REFUSED;
-}
-
-const char *lookupNamespace(const SchemaElementDecl &decl, const Validation &run) noexcept {
-    const char *alternative = decl.alternativeNamespace;
-    if (run.context.mode == 1 && alternative && *alternative != '\0') return alternative;
-    return decl.targetNamespace;
 }
 
 const SchemaElementDecl *Schema_FindTopElement(const char *name, const char *ns,
@@ -35,7 +31,7 @@ const SchemaElementDecl *Schema_FindTopElement(const char *name, const char *ns,
     const SchemaObjectList &elements = run.context.root->elements;
     for (std::uint32_t i = 0; i < elements.count; ++i) {
         const auto *decl = static_cast<const SchemaElementDecl *>(elements.items[i]);
-        if (XML_Strcmp(decl->name, name) == 0 &&
+        if (isSameText(decl->name, name) &&
             Schema_NamespaceMatch(ns, lookupNamespace(*decl, run), nullptr, nullptr)) {
             return decl;
         }
@@ -48,7 +44,7 @@ const SchemaAttributeDecl *findTopAttribute(const char *name, const char *ns,
     const SchemaObjectList &attributes = run.context.root->attributes;
     for (std::uint32_t i = 0; i < attributes.count; ++i) {
         const auto *decl = static_cast<const SchemaAttributeDecl *>(attributes.items[i]);
-        if (XML_Strcmp(decl->name, name) == 0 && XML_Strcmp(decl->targetNamespace, ns) == 0) {
+        if (isSameText(decl->name, name) && isSameText(decl->targetNamespace, ns)) {
             return decl;
         }
     }

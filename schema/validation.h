@@ -5,6 +5,8 @@
 
 #include "compactxml.h"
 #include "io/memory.h"
+#include "schema/choice_memo.h"
+#include "schema/group_memo.h"
 #include "schema/namespace_memo.h"
 #include "schema/pattern_cache.h"
 #include "schema/value_check.h"
@@ -38,10 +40,12 @@ struct Validation {
     GrowingArray<const XML_DOM_Attr *> attributes;  // of the element being checked, not yet claimed
     PatternCache patterns;
     NamespaceMemo namespaces;
+    GroupMemo groups;
+    ChoiceMemo choices;
     char message[512];  // what a value check says
 
     bool valid() const noexcept { return context.valid == 1; }
-    ValueCheck valueCheck() noexcept { return {sizeof message, message, &patterns}; }
+    ValueCheck valueCheck() noexcept { return {sizeof message, message, &patterns, true}; }
 };
 
 // What an error may say; what is left out is null.
@@ -61,7 +65,11 @@ void Schema_SetError(Validation &run, std::uint32_t code, const ErrorFields &fie
 void setFailure(Validation &run) noexcept;
 
 // The namespace by which a global declaration is looked up: the alternative one in mode 1.
-const char *lookupNamespace(const SchemaElementDecl &decl, const Validation &run) noexcept;
+inline const char *lookupNamespace(const SchemaElementDecl &decl, const Validation &run) noexcept {
+    const char *alternative = decl.alternativeNamespace;
+    if (run.context.mode == 1 && alternative && *alternative != '\0') return alternative;
+    return decl.targetNamespace;
+}
 
 // The first top-level element of this name whose namespace matches; or null.
 const SchemaElementDecl *Schema_FindTopElement(const char *name, const char *ns,

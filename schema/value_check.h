@@ -13,7 +13,12 @@ struct ValueCheck {
     std::uint32_t size;      // bytes at buffer
     char *buffer;            // takes the message
     PatternCache *patterns;  // null compiles each pattern for each value
+    // Nobody reads what is said of a value that turns out valid: it need not be.
+    bool onlyOfFailures = false;
 };
+
+// A value of a built-in type, neither of them null.
+bool checkBaseType(std::uint32_t code, const char *value, const ValueCheck &check) noexcept;
 
 // The cores of the exported functions of these names. A null value of a facet counts as "", and so does
 // a value that checkSimpleType gets.

@@ -195,7 +195,8 @@ TEST(SchemaFaults, MorePatternsThanAreKept) {
     const FaultyHeap heap(0);
     {
         cxml::PatternCache patterns;
-        for (int round = 0; round < 2; ++round) {
+        std::size_t allocations[2];
+        for (std::size_t &count : allocations) {
             for (std::size_t i = 0; i < texts.size(); ++i) {
                 const SchemaFacet facet = {texts[i].c_str(), SCHEMA_FACET_PATTERN, 28};
                 const std::string value = "v" + std::to_string(i);
@@ -203,8 +204,10 @@ TEST(SchemaFaults, MorePatternsThanAreKept) {
                 EXPECT_TRUE(cxml::checkFacet(facet, value.c_str(), check)) << i;
                 EXPECT_FALSE(cxml::checkFacet(facet, (value + "x").c_str(), check)) << i;
             }
+            count = heap.allocations();
         }
-        EXPECT_EQ(heap.allocations(), cxml::PatternCache::kMost);
+        EXPECT_GE(allocations[0], cxml::PatternCache::kMost);
+        EXPECT_EQ(allocations[1], allocations[0]);
     }
     EXPECT_EQ(heap.blocksInUse(), 0u);
 }

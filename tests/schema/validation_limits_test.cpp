@@ -248,6 +248,41 @@ TEST(ValidationFaults, AnErrorInAChildComesBeforeTheLackOfMemoryBehindIt) {
     EXPECT_GE(reported, 1u);  // the lack of memory for the counters, behind the wrong child
 }
 
+// What a long choice took is remembered, or not, with the same results.
+TEST(ValidationFaults, LongChoices) {
+    constexpr int kAlternatives = 3000;
+    const auto name = [](int i) { return "x" + std::to_string(i % kAlternatives); };
+    SchemaMaker maker;
+    std::string choice = "choice{0,u}(";
+    for (int i = 0; i < kAlternatives; ++i) choice += name(i) + ",";
+    maker.addElement("r", "seq(" + choice + "z), choice(a,b,c,d,e,f,g,h,i,z))");
+    std::string children;
+    for (int i = 0; i < 200; ++i) {
+        children += "<" + name(i * 37) + "/><x7/><" + name(i * i) + "/>";
+    }
+    const NodePtr right = parsed("<r>" + children + "<e/></r>");
+    const NodePtr wrong = parsed("<r>" + children + "<x3000/><e/></r>");
+    const NodePtr twice = parsed("<r>" + children + "<e/><e/></r>");
+    const NodePtr none = parsed("<r>" + children + "</r>");
+    for (std::size_t nth = 0; nth < 12; ++nth) {
+        const auto codeOf = [&](const NodePtr &tree) {
+            SchemaErrorInfo error;
+            const support::FaultyHeap heap(nth);
+            const std::uint32_t result = Schema_ValidateXml(tree.get(), &maker.root(), &error);
+            EXPECT_TRUE(result == XML_OK || heap.failed());
+            return result == XML_OK ? static_cast<int>(error.code) : -1;
+        };
+        const auto expect = [&](const NodePtr &tree, int code) {
+            const int found = codeOf(tree);
+            EXPECT_TRUE(found == code || (nth != 0 && found == -1)) << nth << ' ' << found;
+        };
+        expect(right, 0);
+        expect(wrong, 11);
+        expect(twice, 6);
+        expect(none, 11);
+    }
+}
+
 // ---------------------------------------------------------------- threads
 
 TEST(ValidationThreads, EightAgainstOneRoot) {

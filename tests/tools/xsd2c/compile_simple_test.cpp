@@ -98,6 +98,7 @@ const std::string kFacets[] = {
     "xs:boolean\"/></xs:simpleType></xs:list>",
     "<xs:restriction><xs:simpleType><xs:union memberTypes=\"xs:int xs:NCName\"/></xs:simpleType>"
     "<xs:pattern value=\".{2}\"/></xs:restriction>",
+    restriction("string", "<xs:pattern value=\"[a-z三]+\"/><xs:length value=\"2\"/>"),
 };
 
 const char *facet(std::size_t index) {
@@ -109,6 +110,7 @@ const TypeCase kCases[] = {
     {"least and most length", facet(1), {"ab", "三三三"}, {"a", "三", "abcd", "三三三三"}},
     {"no length", facet(2), {""}, {"a", "三"}},
     {"length of ASCII", facet(3), {"a", "abc"}, {"", "abcd", "ab1", "三"}},
+    {"length beside a pattern of more", facet(33), {"ab", "三a", "三三"}, {"a", "三", "abc", "a1"}},
     {"length of hexBinary", facet(4), {"abcd", "0012"}, {"ab", "abcdef", "xyzw"}},
     {"length of base64Binary", facet(5), {"QUI=", "QUJD"}, {"", "QQ==", "QUJDRA=="}},
     {"digits of an integer", facet(6), {"0", "7", "-123", "+0123"}, {"1234", "-1234", "x"}},

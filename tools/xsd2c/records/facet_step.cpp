@@ -187,6 +187,11 @@ CompiledStep FacetStep::compile(const CompiledType &base, const std::vector<Face
                                                 "' does not apply to the base type of " + owner_);
         }
     }
+    // Patterns may leave nothing but ASCII, of which a length is one in bytes. They stand behind it, as
+    // they take longer to check.
+    addPatterns(facets);
+    const std::vector<SchemaFacet> patterns = take();
+    facets_.clear();
     addLengths(facets);
     for (Facet &facet : facets) {
         if (isBound(facet.kind)) {
@@ -201,7 +206,7 @@ CompiledStep FacetStep::compile(const CompiledType &base, const std::vector<Face
     }
     checkBounds(facets);
     checkDigits(facets);
-    addPatterns(facets);
+    facets_.insert(facets_.end(), patterns.begin(), patterns.end());
     addEnumeration(facets);
     if (describesItems_) describeItem(facets);
     return {std::move(facets_), std::move(type_)};
