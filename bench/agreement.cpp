@@ -2,8 +2,8 @@
 
 #include <cinttypes>
 #include <cstdio>
-#include <cstdlib>
 #include <map>
+#include <optional>
 #include <string>
 
 #include "contestant.h"
@@ -30,11 +30,11 @@ class Check {
         ++whats_;
     }
 
-    const Tally &result() const {
+    std::optional<Tally> result() const {
         if (!ok_ || agreed_.elements == 0) {
             std::fprintf(stderr, "%s: the contestants do not agree, so nothing is measured\n",
                          document_.label.c_str());
-            std::exit(EXIT_FAILURE);
+            return std::nullopt;
         }
         std::fprintf(stderr,
                      "%s: %zu bytes; %d readings agree on %" PRIu64 " elements, %" PRIu64
@@ -66,44 +66,72 @@ Tally exactTally() {
     return tally;
 }
 
-void checkParses(Check &check, std::string_view document, const std::string &of) {
-    for (const Contestant *contestant : kContestants) {
-        if (!contestant->parse) continue;
-        Tally tally = exactTally();
-        const bool done = contestant->parse(document, tally);
-        check.add(contestant->name + std::string(" parsing ") + of, done, tally);
+std::string_view onlyWith;  // empty for all
+
+bool takesPart(const Contestant &contestant) {
+    return onlyWith.empty() || &contestant == &kCompactXml || contestant.name == onlyWith;
+}
+
+void checkParse(Check &check, const Contestant &contestant, std::string_view bytes,
+                const std::string &of) {
+    Tally tally = exactTally();
+    const bool done = contestant.parse(bytes, tally);
+    check.add(contestant.name + std::string(" parsing ") + of, done, tally);
+}
+
+void checkParses(Check &check, const Document &document) {
+    for (const Contestant *contestant : contestants()) {
+        if (!contestant->parse || !takesPart(*contestant) || !contestant->takes(document)) continue;
+        checkParse(check, *contestant, document.bytes, "the document");
+    }
+}
+
+void checkOutput(Check &check, const Document &document, const Contestant &writer,
+                 const void *tree) {
+    std::string out;
+    const std::size_t length = writer.serialize(tree, document.encoding, &out);
+    if (length == 0 || length != out.size()) {
+        check.add(std::string(writer.name) + " serializing", false, Tally());
+        return;
+    }
+    const std::string of = std::string("the output of ") + writer.name;
+    for (const Contestant *reader : contestants()) {
+        if (!reader->parse || !takesPart(*reader) || !reader->takes(document)) continue;
+        if (document.isLarge() && reader != &kCompactXml) continue;
+        checkParse(check, *reader, out, of);
     }
 }
 
 void checkTree(Check &check, const Document &document, const Contestant &contestant) {
-    const std::string name = contestant.name;
     std::string bytes = document.bytes;
-    void *tree = contestant.build(bytes);
+    void *tree = contestant.build(bytes, document.encoding);
     Tally tally = exactTally();
     if (tree) contestant.count(tree, tally);
-    check.add(name + " building", tree != nullptr, tally);
-    if (tree && contestant.serialize) {
-        std::string out;
-        const std::size_t length = contestant.serialize(tree, &out);
-        if (length == 0 || length != out.size()) check.add(name + " serializing", false, tally);
-        checkParses(check, out, "the output of " + name);
-    }
+    check.add(std::string(contestant.name) + " building", tree != nullptr, tally);
+    if (tree && contestant.serialize) checkOutput(check, document, contestant, tree);
     if (tree) contestant.destroy(tree);
 }
 
 }  // namespace
 
-const Tally &requireAgreement(const Document &document) {
-    static std::map<const Document *, Tally> agreed;
-    const auto found = agreed.find(&document);
-    if (found != agreed.end()) return found->second;
-
-    Check check(document);
-    checkParses(check, document.bytes, "the document");
-    for (const Contestant *contestant : kContestants) {
-        if (contestant->build) checkTree(check, document, *contestant);
+const Tally *agreement(const Document &document) {
+    static std::map<const Document *, std::optional<Tally>> agreed;
+    const auto [at, isNew] = agreed.try_emplace(&document);
+    if (isNew) {
+        Check check(document);
+        checkParses(check, document);
+        for (const Contestant *contestant : contestants()) {
+            if (contestant->build && takesPart(*contestant) && contestant->takes(document)) {
+                checkTree(check, document, *contestant);
+            }
+        }
+        at->second = check.result();
     }
-    return agreed[&document] = check.result();
+    return at->second ? &*at->second : nullptr;
+}
+
+void agreeOnlyWith(std::string_view contestant) {
+    onlyWith = contestant;
 }
 
 }  // namespace bench

@@ -1,6 +1,4 @@
 // This library, through its public header and the shared library.
-#include <iconv.h>
-
 #include <cstdlib>
 
 #include "compactxml.h"
@@ -44,7 +42,7 @@ bool parse(std::string_view document, Tally &tally) {
 
 // ---- tree -----------------------------------------------------------------------------------
 
-void *build(std::span<char> document) {
+void *build(std::span<char> document, Encoding) {
     return XML_DOM_BuildTreeByMem(document.data(), static_cast<std::uint32_t>(document.size()), 0,
                                   nullptr);
 }
@@ -53,41 +51,14 @@ void destroy(void *tree) {
     XML_DOM_DelNode(static_cast<XML_DOM_Node *>(tree));
 }
 
-// The tree holds GB18030, the tally wants UTF-8. Text that does not convert comes out as a
-// question mark, on which no other contestant agrees.
-class ToUtf8 {
-  public:
-    ToUtf8() : converter_(iconv_open("UTF-8", "GB18030")) {}
-    ~ToUtf8() {
-        if (converter_ != iconv_t(-1)) iconv_close(converter_);
-    }
-    ToUtf8(const ToUtf8 &) = delete;
-    ToUtf8 &operator=(const ToUtf8 &) = delete;
+// The tree holds GB18030, the tally wants UTF-8.
+std::string utf8(const char *text) {
+    return converted(text ? text : "", Encoding::gb18030, Encoding::utf8);
+}
 
-    const std::string &operator()(const char *text) {
-        std::string source(text ? text : "");
-        out_.resize(3 * source.size());  // two or four bytes become at most three or four
-        char *from = source.data();
-        char *to = out_.data();
-        std::size_t left = source.size();
-        std::size_t room = out_.size();
-        if (converter_ == iconv_t(-1) ||
-            iconv(converter_, &from, &left, &to, &room) == static_cast<std::size_t>(-1)) {
-            out_.assign(1, '?');
-        } else {
-            out_.resize(out_.size() - room);
-        }
-        return out_;
-    }
-
-  private:
-    iconv_t converter_;
-    std::string out_;
-};
-
-void countNode(const XML_DOM_Node *node, ToUtf8 &utf8, Tally &tally) {
+void countNode(const XML_DOM_Node *node, Tally &tally) {
     if (XML_DOM_GetNodeType(node) != XML_DOM_NODE_ELEMENT) {
-        const std::string &text = utf8(XML_DOM_GetNodeValue(node));
+        const std::string text = utf8(XML_DOM_GetNodeValue(node));
         tally.text(text.data(), text.size());
         return;
     }
@@ -102,10 +73,9 @@ void countNode(const XML_DOM_Node *node, ToUtf8 &utf8, Tally &tally) {
 }
 
 void count(const void *tree, Tally &tally) {
-    ToUtf8 utf8;
     const auto *root = static_cast<const XML_DOM_Node *>(tree);
     for (const XML_DOM_Node *node = root; node;) {
-        countNode(node, utf8, tally);
+        countNode(node, tally);
         if (const XML_DOM_Node *child = XML_DOM_GetFirstChild(node)) {
             node = child;
             continue;
@@ -115,7 +85,7 @@ void count(const void *tree, Tally &tally) {
     }
 }
 
-std::size_t serialize(const void *tree, std::string *copy) {
+std::size_t serialize(const void *tree, Encoding, std::string *copy) {
     char *bytes = nullptr;
     std::uint32_t length = 0;
     if (XML_DOM_TranslateStr(static_cast<const XML_DOM_Node *>(tree), 0, &bytes, &length) !=
@@ -132,12 +102,12 @@ std::size_t serialize(const void *tree, std::string *copy) {
 const Contestant kCompactXml = {
     .name = "compactxml",
     .version = "this library",
+    .encodings = kAnyEncoding,
     .parse = parse,
     .build = build,
     .destroy = destroy,
     .count = count,
     .serialize = serialize,
-    .consumesInput = false,
 };
 
 }  // namespace bench

@@ -38,12 +38,8 @@ const Contestant kExpat = {
     .name = "expat",
     .version = "Expat " BENCH_TEXT(XML_MAJOR_VERSION) "." BENCH_TEXT(
         XML_MINOR_VERSION) "." BENCH_TEXT(XML_MICRO_VERSION),
+    .encodings = setOf(Encoding::utf8, Encoding::utf16le),
     .parse = parse,
-    .build = nullptr,
-    .destroy = nullptr,
-    .count = nullptr,
-    .serialize = nullptr,
-    .consumesInput = false,
 };
 
 }  // namespace bench

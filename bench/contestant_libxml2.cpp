@@ -67,7 +67,7 @@ bool parse(std::string_view document, Tally &tally) {
 
 // ---- tree -----------------------------------------------------------------------------------
 
-void *build(std::span<char> document) {
+void *build(std::span<char> document, Encoding) {
     prepare();
     return xmlReadMemory(document.data(), static_cast<int>(document.size()), nullptr, nullptr,
                          kOptions | XML_PARSE_NOBLANKS);
@@ -107,11 +107,11 @@ void count(const void *tree, Tally &tally) {
     }
 }
 
-std::size_t serialize(const void *tree, std::string *copy) {
+std::size_t serialize(const void *tree, Encoding encoding, std::string *copy) {
     auto document = static_cast<xmlDocPtr>(const_cast<void *>(tree));
     xmlChar *bytes = nullptr;
     int length = 0;
-    xmlDocDumpFormatMemoryEnc(document, &bytes, &length, "UTF-8", 0);
+    xmlDocDumpFormatMemoryEnc(document, &bytes, &length, encodingName(encoding), 0);
     if (!bytes) return 0;
     if (copy) copy->assign(chars(bytes), static_cast<std::size_t>(length));
     xmlFree(bytes);
@@ -125,23 +125,18 @@ constexpr const char *kVersion = "libxml2 " LIBXML_DOTTED_VERSION;
 const Contestant kLibxml2Sax = {
     .name = "libxml2-sax2",
     .version = kVersion,
+    .encodings = kAnyEncoding,
     .parse = parse,
-    .build = nullptr,
-    .destroy = nullptr,
-    .count = nullptr,
-    .serialize = nullptr,
-    .consumesInput = false,
 };
 
 const Contestant kLibxml2Dom = {
     .name = "libxml2-dom",
     .version = kVersion,
-    .parse = nullptr,
+    .encodings = kAnyEncoding,
     .build = build,
     .destroy = destroy,
     .count = count,
     .serialize = serialize,
-    .consumesInput = false,
 };
 
 }  // namespace bench

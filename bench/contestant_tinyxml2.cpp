@@ -9,7 +9,7 @@
 namespace bench {
 namespace {
 
-void *build(std::span<char> document) {
+void *build(std::span<char> document, Encoding) {
     auto tree = std::make_unique<tinyxml2::XMLDocument>();
     if (tree->Parse(document.data(), document.size()) != tinyxml2::XML_SUCCESS) return nullptr;
     return tree.release();
@@ -48,7 +48,7 @@ void count(const void *tree, Tally &tally) {
     static_cast<const tinyxml2::XMLDocument *>(tree)->Accept(&counter);
 }
 
-std::size_t serialize(const void *tree, std::string *copy) {
+std::size_t serialize(const void *tree, Encoding, std::string *copy) {
     tinyxml2::XMLPrinter printer(nullptr, /* compact */ true);
     static_cast<const tinyxml2::XMLDocument *>(tree)->Print(&printer);
     const auto length = static_cast<std::size_t>(printer.CStrSize()) - 1;
@@ -62,12 +62,10 @@ const Contestant kTinyXml2 = {
     .name = "tinyxml2",
     .version = "TinyXML-2 " BENCH_TEXT(TINYXML2_MAJOR_VERSION) "." BENCH_TEXT(
         TINYXML2_MINOR_VERSION) "." BENCH_TEXT(TINYXML2_PATCH_VERSION),
-    .parse = nullptr,
     .build = build,
     .destroy = destroy,
     .count = count,
     .serialize = serialize,
-    .consumesInput = false,
 };
 
 }  // namespace bench

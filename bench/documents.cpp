@@ -1,284 +1,61 @@
 #include "documents.h"
 
-#include <array>
-#include <cstdint>
-#include <initializer_list>
 #include <map>
 #include <memory>
-#include <utility>
-#include <vector>
+#include <optional>
+
+#include "files.h"
+#include "generate.h"
 
 namespace bench {
 namespace {
 
-// splitmix64: the standard generators are fixed by the standard, the distributions are not.
-class Random {
-  public:
-    explicit Random(std::uint64_t seed) : state_(seed) {}
-
-    std::uint32_t below(std::uint32_t bound) {
-        state_ += 0x9E3779B97F4A7C15u;
-        std::uint64_t z = state_;
-        z = (z ^ (z >> 30)) * 0xBF58476D1CE4E5B9u;
-        z = (z ^ (z >> 27)) * 0x94D049BB133111EBu;
-        return static_cast<std::uint32_t>((z ^ (z >> 31)) % bound);
-    }
-    bool oneIn(std::uint32_t n) { return below(n) == 0; }
-    template <std::size_t N>
-    std::string_view pick(const std::array<std::string_view, N> &words) {
-        return words[below(N)];
-    }
-
-  private:
-    std::uint64_t state_;
+struct Recipe {
+    std::string_view name;
+    Kind kind;
+    Encoding encoding;
 };
 
-constexpr std::array<std::string_view, 32> kWords = {
-    "uplink",   "to",      "the",      "core",     "switch", "in",    "rack",    "row",
-    "building", "north",   "customer", "backbone", "link",   "spare", "patched", "through",
-    "panel",    "with",    "fibre",    "copper",   "and",    "a",     "second",  "path",
-    "for",      "traffic", "of",       "office",   "floor",  "voice", "camera",  "management"};
-
-constexpr std::array<std::string_view, 24> kChineseWords = {
-    "核心交换机", "接入", "上行链路", "机房",   "办公楼", "三层",     "备用", "光纤",
-    "语音",       "监控", "管理网",   "客户",   "汇聚",   "北区",     "南区", "配线架",
-    "服务器",     "无线", "出口",     "防火墙", "负载",   "二号机柜", "链路", "流量"};
-
-constexpr std::array<std::string_view, 4> kTextReferences = {" &amp; ", " &lt;1 ms ", " -&gt; ",
-                                                             " &#8212; "};
-constexpr std::array<std::string_view, 4> kPortFamilies = {"GigabitEthernet", "XGigabitEthernet",
-                                                           "Ethernet", "Eth-Trunk"};
-constexpr std::array<std::string_view, 3> kActions = {"permit", "deny", "permit"};
-constexpr std::array<std::string_view, 4> kProtocols = {"tcp", "udp", "icmp", "ip"};
-constexpr std::array<std::string_view, 3> kDuplex = {"full", "full", "auto"};
-
-// Braces evaluate their items in order, which operands of + and arguments need not be; so the
-// random numbers come out the same with every compiler.
-std::string join(std::initializer_list<std::string_view> parts) {
-    std::string joined;
-    for (const std::string_view part : parts) joined += part;
-    return joined;
-}
-
-// Appends indented markup to a document.
-class Writer {
-  public:
-    Writer(std::string &out, Random &random, bool chinese)
-        : out_(out), random_(random), chinese_(chinese) {}
-
-    void open(std::string_view name, std::string_view attributes = "") {
-        line({"<", name, attributes, ">"});
-        names_.emplace_back(name);
-    }
-    void close() {
-        const std::string name = std::move(names_.back());
-        names_.pop_back();
-        line({"</", name, ">"});
-    }
-    void leaf(std::string_view name, std::string_view text) {
-        line({"<", name, ">", text, "</", name, ">"});
-    }
-    void line(std::initializer_list<std::string_view> parts) {
-        out_.append(2 * names_.size(), ' ');
-        for (const std::string_view part : parts) out_ += part;
-        out_ += '\n';
-    }
-
-    std::string number(std::uint32_t from, std::uint32_t to) {
-        return std::to_string(from + random_.below(to - from + 1));
-    }
-    std::string address4() {
-        return join({"10.", number(0, 255), ".", number(0, 255), ".", number(1, 254)});
-    }
-    std::string network() { return join({address4(), "/", number(8, 32)}); }
-    std::string address6() {
-        static constexpr char kHex[] = "0123456789abcdef";
-        std::string text = "2001:db8";
-        for (int group = 0; group < 3; ++group) {
-            text += ':';
-            for (int digit = 0; digit < 4; ++digit) text += kHex[random_.below(16)];
-        }
-        return text + "::1";
-    }
-    std::string port() {
-        return join(
-            {random_.pick(kPortFamilies), number(0, 7), "/", number(0, 3), "/", number(1, 48)});
-    }
-    // A reference never stands at an end, so trimmed and untrimmed text agree.
-    std::string words(std::uint32_t count, std::uint32_t oneReferenceIn) {
-        std::string text;
-        for (std::uint32_t i = 0; i < count; ++i) {
-            if (i) {
-                if (random_.oneIn(oneReferenceIn)) {
-                    text += random_.pick(kTextReferences);
-                } else if (!chinese_) {
-                    text += ' ';
-                }
-            }
-            text += chinese_ ? random_.pick(kChineseWords) : random_.pick(kWords);
-        }
-        return text;
-    }
-    Random &random() { return random_; }
-
-  private:
-    std::string &out_;
-    Random &random_;
-    bool chinese_;
-    std::vector<std::string> names_;  // of the open elements
+constexpr Recipe kRecipes[] = {
+    {"rpc", Kind::rpc, Encoding::utf8},
+    {"configuration", Kind::configuration, Encoding::utf8},
+    {"configuration-utf16le", Kind::configuration, Encoding::utf16le},
+    {"configuration-gb18030", Kind::mixedConfiguration, Encoding::gb18030},
+    {"chinese", Kind::chinese, Encoding::utf8},
+    {"chinese-gb18030", Kind::chinese, Encoding::gb18030},
+    {"text", Kind::text, Encoding::utf8},
+    {"attributes", Kind::attributes, Encoding::utf8},
 };
 
-void addInterface(Writer &w, std::uint32_t index) {
-    Random &random = w.random();
-    w.open("if:interface", join({" index=\"", std::to_string(index), "\" enabled=\"",
-                                 random.oneIn(6) ? "false" : "true", "\""}));
-    w.leaf("if:name", w.port());
-    w.leaf("if:description", w.words(2 + random.below(6), 12));
-    w.leaf("if:mtu", random.oneIn(5) ? "9216" : "1500");
-    w.open("if:ethernet");
-    w.leaf("if:speed", random.oneIn(4) ? "10000" : "1000");
-    w.leaf("if:duplex", random.pick(kDuplex));
-    w.close();
-    if (random.oneIn(3)) {
-        w.open("ip:ipv4");
-        w.line({"<ip:address ip:prefix-length=\"", w.number(8, 30), "\">", w.address4(),
-                "</ip:address>"});
-        w.close();
-        w.open("ip:ipv6");
-        w.line({"<ip:address ip:prefix-length=\"64\">", w.address6(), "</ip:address>"});
-        w.close();
-    } else {
-        w.open("vlan:switchport", random.oneIn(3) ? " mode=\"trunk\"" : " mode=\"access\"");
-        w.leaf("vlan:pvid", w.number(1, 4094));
-        w.leaf("vlan:allowed",
-               join({w.number(2, 99), "-", w.number(100, 999), ",", w.number(1000, 4094)}));
-        w.close();
+// The size is that of the text in UTF-8, whatever the encoding makes of it.
+std::string madeBy(const Recipe &recipe, std::size_t size) {
+    std::string bytes = generate(recipe.kind, size);
+    if (recipe.encoding == Encoding::utf8) return bytes;
+    constexpr std::string_view kDeclared = "UTF-8";
+    bytes.replace(bytes.find(kDeclared), kDeclared.size(), encodingName(recipe.encoding));
+    return converted(bytes, Encoding::utf8, recipe.encoding);
+}
+
+std::optional<Document> make(const std::string &label) {
+    const std::size_t slash = label.find('/');
+    if (slash == label.npos) return std::nullopt;
+    const std::string kind = label.substr(0, slash);
+    const std::string size = label.substr(slash + 1);
+    if (kind == "file") {
+        std::string bytes = readPackagedFile(size);
+        if (bytes.empty()) return std::nullopt;
+        return Document{label, Encoding::utf8, false, std::move(bytes)};
     }
-    w.close();
-}
-
-void addVlan(Writer &w) {
-    w.open("vlan:vlan", join({" id=\"", w.number(1, 4094), "\""}));
-    w.leaf("vlan:name", w.words(2, 30));
-    w.line({"<vlan:igmp-snooping enabled=\"true\"/>"});
-    w.close();
-}
-
-void addAccessList(Writer &w, std::uint32_t index) {
-    Random &random = w.random();
-    w.open("access-list", join({" number=\"", std::to_string(3000 + index % 1000), "\""}));
-    const std::uint32_t rules = 2 + random.below(6);
-    for (std::uint32_t i = 0; i < rules; ++i) {
-        w.open("rule", join({" id=\"", std::to_string(5 * i), "\" action=\"", random.pick(kActions),
-                             "\""}));
-        w.leaf("protocol", random.pick(kProtocols));
-        w.leaf("source", w.network());
-        w.leaf("destination", w.network());
-        if (random.oneIn(2)) w.leaf("destination-port", w.number(1, 65535));
-        w.close();
+    for (const Recipe &recipe : kRecipes) {
+        if (kind != recipe.name || parseSize(size) == 0) continue;
+        const bool chinese =
+            recipe.kind == Kind::chinese || recipe.kind == Kind::mixedConfiguration;
+        return Document{label, recipe.encoding, chinese, madeBy(recipe, parseSize(size))};
     }
-    w.close();
-}
-
-void addRoute(Writer &w) {
-    w.line({"<route destination=\"", w.network(), "\" next-hop=\"", w.address4(),
-            "\" preference=\"", w.number(1, 255), "\" description=\"", w.words(2, 9), "\"/>"});
-}
-
-void addBanner(Writer &w) {
-    w.line({"<banner><![CDATA[*** <", w.words(4, 50), "> ***]]></banner>"});
-}
-
-void fillConfiguration(std::string &out, std::size_t size, Random &random, bool chinese) {
-    Writer w(out, random, chinese);
-    w.open("config",
-           " xmlns=\"urn:example:switch\" xmlns:if=\"urn:example:interfaces\""
-           " xmlns:ip=\"urn:example:ip\" xmlns:vlan=\"urn:example:vlan\"");
-    w.open("system");
-    w.leaf("hostname", join({"switch-", w.number(1, 999)}));
-    w.leaf("location", w.words(4, 8));
-    addBanner(w);
-    w.close();
-    const auto full = [&] { return out.size() + sizeof "</config>" >= size; };
-    for (std::uint32_t index = 1; !full(); ++index) {
-        addInterface(w, index);
-        if (index % 3 == 0 && !full()) addRoute(w);
-        if (index % 4 == 0 && !full()) addVlan(w);
-        if (index % 8 == 4 && !full()) addAccessList(w, index);
-        if (index % 512 == 0 && !full()) addBanner(w);
-    }
-    w.close();
-}
-
-void fillText(std::string &out, std::size_t size, Random &random) {
-    Writer w(out, random, false);
-    w.open("manual");
-    for (std::uint32_t index = 1; out.size() + sizeof "</manual>" < size; ++index) {
-        std::string text;
-        const std::uint32_t lines = 1 + random.below(12);
-        for (std::uint32_t i = 0; i < lines; ++i) {
-            if (i) text += "\n    ";
-            text += w.words(10 + random.below(6), 40);
-        }
-        w.line({"<para n=\"", std::to_string(index), "\">", text, "</para>"});
-    }
-    w.close();
-}
-
-void fillAttributes(std::string &out, std::size_t size, Random &random) {
-    Writer w(out, random, false);
-    w.open("counters", " xmlns=\"urn:example:counters\" xmlns:q=\"urn:example:quality\"");
-    for (std::uint32_t index = 1; out.size() + sizeof "</counters>" < size; ++index) {
-        w.line({"<port id=\"",
-                std::to_string(index),
-                "\" name=\"",
-                w.port(),
-                "\" in-octets=\"",
-                w.number(0, 4000000000u),
-                "\" in-packets=\"",
-                w.number(0, 90000000),
-                "\" in-errors=\"",
-                w.number(0, 9),
-                "\" out-octets=\"",
-                w.number(0, 4000000000u),
-                "\" out-packets=\"",
-                w.number(0, 90000000),
-                "\" out-errors=\"",
-                w.number(0, 9),
-                "\" speed=\"1000\" duplex=\"",
-                random.pick(kDuplex),
-                "\" q:class=\"",
-                w.number(0, 7),
-                "\" q:drops=\"",
-                w.number(0, 99),
-                "\" peer=\"",
-                w.words(2, 10),
-                "\"/>"});
-    }
-    w.close();
+    return std::nullopt;
 }
 
 }  // namespace
-
-std::string_view kindName(Kind kind) {
-    switch (kind) {
-        case Kind::configuration:
-            return "configuration";
-        case Kind::text:
-            return "text";
-        case Kind::attributes:
-            return "attributes";
-        case Kind::chinese:
-            return "chinese";
-    }
-    return "";
-}
-
-std::string sizeName(std::size_t size) {
-    if (size >= 1000000 && size % 1000000 == 0) return std::to_string(size / 1000000) + "M";
-    if (size >= 1000 && size % 1000 == 0) return std::to_string(size / 1000) + "k";
-    return std::to_string(size);
-}
 
 std::size_t parseSize(std::string_view text) {
     std::size_t size = 0;
@@ -288,40 +65,53 @@ std::size_t parseSize(std::string_view text) {
     }
     const std::string_view unit = text.substr(i);
     const std::size_t factor = unit.empty() ? 1 : unit == "k" ? 1000 : unit == "M" ? 1000000 : 0;
-    // The library takes lengths of 32 bits.
-    return size <= 2000000000u / (factor ? factor : 1) ? size * factor : 0;
+    // Libraries take lengths of 31 bits.
+    return size <= 500000000u / (factor ? factor : 1) ? size * factor : 0;
 }
 
-std::string makeDocument(Kind kind, std::size_t size) {
-    Random random(20240229);
-    std::string out = "<?xml version=\"1.0\" encoding=\"UTF-8\"?>\n";
-    out.reserve(size + 4096);
-    switch (kind) {
-        case Kind::configuration:
-            fillConfiguration(out, size, random, false);
-            break;
-        case Kind::chinese:
-            fillConfiguration(out, size, random, true);
-            break;
-        case Kind::text:
-            fillText(out, size, random);
-            break;
-        case Kind::attributes:
-            fillAttributes(out, size, random);
-            break;
-    }
-    return out;
+const Document *findDocument(const std::string &label) {
+    static std::map<std::string, std::unique_ptr<const Document>, std::less<>> kept;
+    std::unique_ptr<const Document> &slot = kept[label];
+    if (slot) return slot.get();
+    std::optional<Document> made = make(label);
+    if (!made) return nullptr;
+    slot = std::make_unique<const Document>(std::move(*made));
+    return slot.get();
 }
 
-const Document &document(Kind kind, std::size_t size) {
-    static std::map<std::pair<Kind, std::size_t>, std::unique_ptr<const Document>> kept;
-    std::unique_ptr<const Document> &slot = kept[{kind, size}];
-    if (!slot) {
-        slot = std::make_unique<const Document>(
-            Document{kind, size, std::string(kindName(kind)) + "/" + sizeName(size),
-                     makeDocument(kind, size)});
+std::vector<std::string> usualDocuments() {
+    std::vector<std::string> labels = {
+        "rpc/4k",
+        "configuration/1M",
+        "configuration/10M",
+        "text/1M",
+        "configuration-utf16le/10M",
+        "configuration-gb18030/10M",
+        "attributes/1M",
+        "chinese/1M",
+        "chinese-gb18030/1M",
+    };
+    for (const std::string &name : packagedFiles()) labels.push_back("file/" + name);
+    return labels;
+}
+
+std::vector<std::string> smallDocuments() {
+    return {"rpc/4k",        "configuration/4k", "text/4k",
+            "attributes/4k", "chinese/4k",       "chinese-gb18030/4k"};
+}
+
+std::vector<std::string> growthDocuments() {
+    std::vector<std::string> labels;
+    for (const char *kind : {"configuration", "text", "attributes", "chinese"}) {
+        for (const char *size : {"/10k", "/100k", "/1M"})
+            labels.push_back(std::string(kind) + size);
     }
-    return *slot;
+    labels.emplace_back("configuration/10M");
+    return labels;
+}
+
+std::vector<std::string> largeDocuments() {
+    return {"configuration/100M"};
 }
 
 }  // namespace bench

@@ -1,38 +1,37 @@
-// documents.h - the documents that are measured, made by rule so that every machine has the same.
+// documents.h - the documents that are measured: generated ones, and files of Debian's packages.
 #pragma once
 
 #include <cstddef>
 #include <string>
 #include <string_view>
+#include <vector>
+
+#include "encoding.h"
 
 namespace bench {
 
-// configuration  interfaces, VLANs, routes and access lists of a switch: indented, namespaces
-//                declared at the root, prefixed names, a few attributes, short texts, references
-// text           long paragraphs with a reference now and then, hardly any markup
-// attributes     empty elements with a dozen attributes each
-// chinese        the configuration with names and descriptions in Chinese, in UTF-8
-enum class Kind { configuration, text, attributes, chinese };
-
-inline constexpr Kind kKinds[] = {Kind::configuration, Kind::text, Kind::attributes, Kind::chinese};
-
 struct Document {
-    Kind kind;
-    std::size_t size;   // what was asked for
-    std::string label;  // such as "configuration/10M"
-    std::string bytes;  // the document, at least size bytes and hardly more
+    std::string label;  // "configuration/10M", "file/iso-codes": a kind and a size
+    Encoding encoding = Encoding::utf8;
+    bool chinese = false;  // made of Chinese text, wholly or now and then
+    std::string bytes;
+
+    std::string_view kind() const { return std::string_view(label).substr(0, label.find('/')); }
+    bool isLarge() const { return bytes.size() >= 50000000; }  // some jobs leave it out
 };
 
-std::string_view kindName(Kind kind);
-
-// A size as people write it: "4k", "1M". parseSize gives 0 for anything that is not a size.
-std::string sizeName(std::size_t size);
+// A size as people write it: "4k", "1M". 0 for anything that is not a size.
 std::size_t parseSize(std::string_view text);
 
-// The same kind and size give the same bytes each time and everywhere.
-std::string makeDocument(Kind kind, std::size_t size);
+// Makes or reads the document at the first call and keeps it. Null if there is no such document on
+// this machine.
+const Document *findDocument(const std::string &label);
 
-// Makes the document at the first call and keeps it.
-const Document &document(Kind kind, std::size_t size);
+// The usual documents, those below 100 kB, those by which one sees how the cost grows, and the one
+// that takes long. Files that are not there are left out.
+std::vector<std::string> usualDocuments();
+std::vector<std::string> smallDocuments();
+std::vector<std::string> growthDocuments();
+std::vector<std::string> largeDocuments();
 
 }  // namespace bench

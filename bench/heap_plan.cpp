@@ -27,7 +27,6 @@ HeapPlan::HeapPlan(const XML_DOM_Node *root) {
         }
         node = node == root ? nullptr : node->nextSibling;
     }
-    live_.resize(sizes_.size());
 }
 
 void HeapPlan::addString(const char *text) {
@@ -73,19 +72,20 @@ void HeapPlan::planDeletion(const XML_DOM_Node *node, std::uint32_t first) {
     deletions_.push_back(first);
 }
 
-bool HeapPlan::play() {
-    bool ok = true;
-    for (std::size_t i = 0; i < sizes_.size(); ++i) {
-        live_[i] = std::malloc(sizes_[i]);
-        benchmark::DoNotOptimize(live_[i]);
-        ok = ok && live_[i];
-    }
-    for (const std::uint32_t i : deletions_) std::free(live_[i]);
-    return ok;
+void HeapPlan::reverse() {
+    std::iota(deletions_.rbegin(), deletions_.rend(), 0u);
 }
 
-std::size_t HeapPlan::bytes() const {
-    return std::accumulate(sizes_.begin(), sizes_.end(), std::size_t{0});
+bool playHeapPlan(std::span<const std::uint32_t> sizes, std::span<const std::uint32_t> deletions,
+                  std::span<void *> live) {
+    bool ok = true;
+    for (std::size_t i = 0; i < sizes.size(); ++i) {
+        live[i] = std::malloc(sizes[i]);
+        benchmark::DoNotOptimize(live[i]);
+        ok = ok && live[i];
+    }
+    for (const std::uint32_t i : deletions) std::free(live[i]);
+    return ok;
 }
 
 }  // namespace bench

@@ -3,6 +3,7 @@
 
 #include <cstddef>
 #include <cstdint>
+#include <span>
 #include <vector>
 
 #include "compactxml.h"
@@ -16,19 +17,22 @@ class HeapPlan {
   public:
     explicit HeapPlan(const XML_DOM_Node *root);
 
-    bool play();  // false if memory runs out
+    void reverse();  // gives back the last block first, whatever deleting does
 
-    std::size_t blocks() const { return sizes_.size(); }
-    std::size_t bytes() const;
+    std::span<const std::uint32_t> sizes() const { return sizes_; }          // in order of creation
+    std::span<const std::uint32_t> deletions() const { return deletions_; }  // indices into these
 
   private:
     void addString(const char *text);
     void planCreation(const XML_DOM_Node *node);
     void planDeletion(const XML_DOM_Node *node, std::uint32_t first);
 
-    std::vector<std::uint32_t> sizes_;      // in the order of creation
-    std::vector<std::uint32_t> deletions_;  // indices into sizes_
-    std::vector<void *> live_;
+    std::vector<std::uint32_t> sizes_;
+    std::vector<std::uint32_t> deletions_;
 };
+
+// live has room for a block for each size. False if memory runs out.
+bool playHeapPlan(std::span<const std::uint32_t> sizes, std::span<const std::uint32_t> deletions,
+                  std::span<void *> live);
 
 }  // namespace bench

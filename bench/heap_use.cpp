@@ -8,6 +8,7 @@
 #include <cerrno>
 #include <cstdio>
 #include <string>
+#include <vector>
 
 #include "contestant.h"
 #include "documents.h"
@@ -116,9 +117,9 @@ bool measure(const Contestant &contestant, const Document &document) {
     if (contestant.build) {
         std::string bytes = document.bytes;
         std::string small = "<a/>";
-        if (void *warm = contestant.build(small)) contestant.destroy(warm);
+        if (void *warm = contestant.build(small, Encoding::utf8)) contestant.destroy(warm);
         start();
-        void *tree = contestant.build(bytes);
+        void *tree = contestant.build(bytes, document.encoding);
         report("build", contestant, document);
         ok = ok && tree;
         if (tree) contestant.destroy(tree);
@@ -129,12 +130,21 @@ bool measure(const Contestant &contestant, const Document &document) {
 }  // namespace
 }  // namespace bench
 
-int main() {
+// The labels of documents, or none for the usual ones.
+int main(int argc, char **argv) {
+    std::vector<std::string> labels(argv + 1, argv + argc);
+    if (labels.empty()) {
+        labels = {"rpc/4k",           "configuration/10k", "configuration/100k",
+                  "configuration/1M", "configuration/10M", "text/1M",
+                  "attributes/1M",    "chinese/1M"};
+    }
     bool ok = true;
-    for (const std::size_t size : {std::size_t{4000}, std::size_t{1000000}}) {
-        const bench::Document &document = bench::document(bench::Kind::configuration, size);
-        for (const bench::Contestant *contestant : bench::kContestants) {
-            ok = bench::measure(*contestant, document) && ok;
+    for (const std::string &label : labels) {
+        const bench::Document *document = bench::findDocument(label);
+        ok = ok && document;
+        if (!document) continue;
+        for (const bench::Contestant *contestant : bench::contestants()) {
+            if (contestant->takes(*document)) ok = bench::measure(*contestant, *document) && ok;
         }
     }
     return ok ? 0 : 1;

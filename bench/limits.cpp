@@ -1,76 +1,134 @@
 // What the machine gives at best: figures that no contestant's job can pass.
 #include <benchmark/benchmark.h>
 
-#include <cstdlib>
+#include <cstdio>
 #include <cstring>
-#include <functional>
+#include <optional>
 #include <string>
+#include <vector>
 
 #include "contestant.h"
+#include "fresh_process.h"
 #include "heap_plan.h"
-#include "jobs.h"
+#include "job.h"
+#include "scan.h"
 
 namespace bench {
 namespace {
 
-void setRate(benchmark::State &state, const Document &document) {
-    state.SetBytesProcessed(static_cast<std::int64_t>(state.iterations()) *
-                            static_cast<std::int64_t>(document.bytes.size()));
-}
+class CopyWork : public Work {
+  public:
+    explicit CopyWork(const Document &document)
+        : source_(document.bytes), target_(source_.size(), '\0') {}
 
-void copyLimit(benchmark::State &state, const Document &document) {
-    std::string target(document.bytes.size(), '\0');
-    for (auto _ : state) {
-        std::memcpy(target.data(), document.bytes.data(), document.bytes.size());
-        benchmark::DoNotOptimize(target.data());
+    bool run() override {
+        std::memcpy(target_.data(), source_.data(), source_.size());
+        benchmark::DoNotOptimize(target_.data());
         benchmark::ClobberMemory();
+        return true;
     }
-    setRate(state, document);
-}
 
-void scanLimit(benchmark::State &state, const Document &document) {
-    for (auto _ : state) {  // for a byte that no document holds
-        const char *bytes = document.bytes.data();
+  private:
+    const std::string &source_;
+    std::string target_;
+};
+
+// Looks for a byte that no document holds.
+class FindWork : public Work {
+  public:
+    explicit FindWork(const Document &document) : source_(document.bytes) {}
+
+    bool run() override {
+        const char *bytes = source_.data();
         benchmark::DoNotOptimize(bytes);
-        benchmark::DoNotOptimize(std::memchr(bytes, 0x01, document.bytes.size()));
+        return std::memchr(bytes, 0x01, source_.size()) == nullptr;
     }
-    setRate(state, document);
-}
 
-// The malloc and free calls of this library's build+delete, alone.
-void heapLimit(benchmark::State &state, const Document &document) {
-    std::string bytes = document.bytes;
-    void *tree = kCompactXml.build(bytes);
-    if (!tree) {
-        state.SkipWithError("no tree");
-        return;
+  private:
+    const std::string &source_;
+};
+
+class ScanWork : public Work {
+  public:
+    explicit ScanWork(const Document &document) : source_(document.bytes) {}
+
+    bool run() override {
+        const MarkupPlaces places = scanMarkup(source_);
+        benchmark::DoNotOptimize(places);
+        return places.count != 0;
     }
+
+  private:
+    const std::string &source_;
+};
+
+class HeapWork : public Work {
+  public:
+    explicit HeapWork(HeapPlan plan) : plan_(std::move(plan)), live_(plan_.sizes().size()) {}
+
+    bool run() override { return playHeapPlan(plan_.sizes(), plan_.deletions(), live_); }
+
+  private:
+    HeapPlan plan_;
+    std::vector<void *> live_;
+};
+
+enum class Order { asDeleted, reversed };
+
+std::optional<HeapPlan> planOf(const Document &document, Order order) {
+    std::string bytes = document.bytes;
+    void *tree = kCompactXml.build(bytes, document.encoding);
+    if (!tree) return std::nullopt;
     HeapPlan plan(static_cast<const XML_DOM_Node *>(tree));
     kCompactXml.destroy(tree);
-    for (auto _ : state) {
-        if (!plan.play()) {
-            state.SkipWithError("memory exhausted");
-            break;
-        }
-    }
-    setRate(state, document);
-    state.counters["blocks"] = static_cast<double>(plan.blocks());
-    state.counters["block_bytes"] = static_cast<double>(plan.bytes());
+    if (order == Order::reversed) plan.reverse();
+    return plan;
 }
 
-void add(const char *limit, const Document &document,
-         void (*run)(benchmark::State &, const Document &)) {
-    const std::string name = "limit/" + document.label + "/" + limit;
-    benchmark::RegisterBenchmark(name.c_str(), run, std::cref(document))
-        ->Unit(document.bytes.size() < 1000000 ? benchmark::kMicrosecond : benchmark::kMillisecond);
+template <class Kind>
+std::unique_ptr<Work> prepare(const Document &document) {
+    return std::make_unique<Kind>(document);
+}
+
+std::unique_ptr<Work> prepareScan(const Document &document) {
+    if (scanMarkup(document.bytes) == scanMarkupPortably(document.bytes)) {
+        return prepare<ScanWork>(document);
+    }
+    std::fprintf(stderr, "%s: the two scans differ\n", document.label.c_str());
+    return nullptr;
+}
+
+template <Order kOrder>
+std::unique_ptr<Work> prepareHeap(const Document &document) {
+    std::optional<HeapPlan> plan = planOf(document, kOrder);
+    return plan ? std::make_unique<HeapWork>(std::move(*plan)) : nullptr;
+}
+
+template <Order kOrder>
+std::unique_ptr<Work> prepareFreshHeap(const Document &document) {
+    const std::optional<HeapPlan> plan = planOf(document, kOrder);
+    return plan ? freshHeapPlan(*plan) : nullptr;
+}
+
+void add(Jobs &jobs, const Document &document, const char *limit, Place place,
+         std::unique_ptr<Work> (*prepareLimit)(const Document &)) {
+    const char *job = place == Place::kHere ? "limit/" : "limit-fresh/";
+    jobs.push_back({job + document.label + "/" + limit, document.bytes.size(), place,
+                    [&document, prepareLimit] { return prepareLimit(document); }});
 }
 
 }  // namespace
 
-void registerLimits(const Document &document) {
-    add("memcpy", document, copyLimit);
-    add("memchr", document, scanLimit);
-    add("heap-of-build+delete", document, heapLimit);
+void addLimits(Jobs &jobs, const Document &document) {
+    add(jobs, document, "memcpy", Place::kHere, prepare<CopyWork>);
+    add(jobs, document, "memchr", Place::kHere, prepare<FindWork>);
+    add(jobs, document, "scan16", Place::kHere, prepareScan);
+    add(jobs, document, "heap-floor", Place::kHere, prepareHeap<Order::asDeleted>);
+    add(jobs, document, "heap-floor-reverse", Place::kHere, prepareHeap<Order::reversed>);
+    if (document.isLarge()) return;
+    add(jobs, document, "heap-floor", Place::kFreshProcess, prepareFreshHeap<Order::asDeleted>);
+    add(jobs, document, "heap-floor-reverse", Place::kFreshProcess,
+        prepareFreshHeap<Order::reversed>);
 }
 
 }  // namespace bench

@@ -1,80 +1,85 @@
-// The benchmark program: Google Benchmark's options, and --document=KIND/SIZE (repeatable) for
-// other documents than the usual ones.
+// The benchmark program: Google Benchmark's options, and those of options.h.
 #include <benchmark/benchmark.h>
 
 #include <cstdio>
-#include <cstdlib>
-#include <optional>
-#include <string_view>
-#include <vector>
+#include <string>
 
+#include "agreement.h"
 #include "contestant.h"
-#include "documents.h"
-#include "jobs.h"
+#include "fresh_process.h"
+#include "job.h"
+#include "measure.h"
+#include "once.h"
+#include "options.h"
 
 namespace {
 
-struct Choice {
-    bench::Kind kind;
-    std::size_t size;
-};
-
-constexpr Choice kUsual[] = {
-    {bench::Kind::configuration, 4000},     {bench::Kind::configuration, 1000000},
-    {bench::Kind::configuration, 10000000}, {bench::Kind::text, 1000000},
-    {bench::Kind::attributes, 1000000},     {bench::Kind::chinese, 1000000},
-};
-
-std::optional<Choice> parseChoice(std::string_view text) {
-    const std::size_t slash = text.find('/');
-    if (slash == text.npos) return std::nullopt;
-    const std::size_t size = bench::parseSize(text.substr(slash + 1));
-    for (const bench::Kind kind : bench::kKinds) {
-        if (size != 0 && text.substr(0, slash) == bench::kindName(kind)) return Choice{kind, size};
-    }
-    return std::nullopt;
+bool addDocumentJobs(bench::Jobs &jobs, const std::string &label) {
+    const bench::Document *document = bench::findDocument(label);
+    if (!document) return false;
+    bench::addTreeJobs(jobs, *document);
+    bench::addLimits(jobs, *document);
+    return true;
 }
 
-// Takes the --document options out of the arguments.
-std::vector<Choice> takeChoices(int &argc, char **argv) {
-    constexpr std::string_view kOption = "--document=";
-    std::vector<Choice> choices;
-    int kept = 0;
-    for (int i = 0; i < argc; ++i) {
-        const std::string_view argument = argv[i];
-        if (!argument.starts_with(kOption)) {
-            argv[kept++] = argv[i];
-        } else if (const auto choice = parseChoice(argument.substr(kOption.size()))) {
-            choices.push_back(*choice);
-        } else {
-            std::fprintf(stderr, "%s: no such document\n", argv[i]);
-            std::exit(2);
+// Jobs that have documents of their own.
+void addOtherJobs(bench::Jobs &jobs, const bench::Options &options) {
+    bench::Jobs others;
+    bench::addSchemaJobs(others);
+    bench::addLibraryJobs(others);
+    for (bench::Job &job : others) {
+        if (!options.small || job.bytes < 100000) jobs.push_back(std::move(job));
+    }
+}
+
+// False if a document that was asked for by name is not there.
+bool addJobs(bench::Jobs &jobs, const bench::Options &options) {
+    for (const std::string &label : bench::chosenDocuments(options)) {
+        if (!addDocumentJobs(jobs, label) && !options.documents.empty()) {
+            std::fprintf(stderr, "%s: no such document here\n", label.c_str());
+            return false;
         }
     }
-    argc = kept;
-    argv[kept] = nullptr;
-    if (choices.empty()) choices.assign(std::begin(kUsual), std::end(kUsual));
-    return choices;
+    const bool isComplete = !options.once.empty() && !jobs.empty();
+    if (options.documents.empty() && !isComplete) addOtherJobs(jobs, options);
+    return true;
+}
+
+int list(const bench::Jobs &jobs) {
+    for (const bench::Job &job : jobs) std::printf("%s %zu\n", job.name.c_str(), job.bytes);
+    return 0;
+}
+
+void addContext() {
+    benchmark::AddCustomContext("compiler", BENCH_COMPILER);
+    benchmark::AddCustomContext("flags", BENCH_FLAGS);
+    for (const bench::Contestant *contestant : bench::contestants()) {
+        benchmark::AddCustomContext(contestant->name, contestant->version);
+    }
 }
 
 }  // namespace
 
 int main(int argc, char **argv) {
-    const std::vector<Choice> choices = takeChoices(argc, argv);
+    const int status = bench::runFreshProcess(argc, argv);
+    if (status >= 0) return status;
+
+    const bench::Options options = bench::takeOptions(argc, argv);
     benchmark::Initialize(&argc, argv);
     if (benchmark::ReportUnrecognizedArguments(argc, argv)) return 2;
 
-    benchmark::AddCustomContext("compiler", BENCH_COMPILER);
-    benchmark::AddCustomContext("flags", BENCH_FLAGS);
-    for (const bench::Contestant *contestant : bench::kContestants) {
-        benchmark::AddCustomContext(contestant->name, contestant->version);
+    bench::Jobs jobs;
+    if (!options.once.empty()) {
+        bench::agreeOnlyWith(options.once.substr(options.once.rfind('/') + 1));
     }
-    for (const Choice &choice : choices) {
-        const bench::Document &document = bench::document(choice.kind, choice.size);
-        bench::registerJobs(document);
-        bench::registerLimits(document);
-    }
-    benchmark::RunSpecifiedBenchmarks();
+    if (!addJobs(jobs, options)) return 2;
+    if (!options.once.empty()) return bench::runOnce(jobs, options.once);
+    if (!bench::chooseByFilter(jobs)) return 2;
+    if (options.list) return list(jobs);
+
+    addContext();
+    bench::registerJobs(jobs);
+    bench::runRegistered(options.writesFile);
     benchmark::Shutdown();
     return 0;
 }

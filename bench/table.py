@@ -1,128 +1,114 @@
 #!/usr/bin/env python3
-"""Prints the results of the benchmark program as tables.
+"""table.py - prints the results of the benchmark program as tables.
 
-usage: table.py RESULTS.json [HEAP.jsonl]
+usage: table.py [--growth] RESULTS.json... [HEAP.jsonl] [INSTRUCTIONS.jsonl]
 
 Each figure is the median over the repetitions; best is the fastest of them, and spread half the
-distance between it and the slowest. The ratio is the contestant's time over this library's: above 1 this library is
-the faster one.
+distance between it and the slowest. The ratio is the contestant's time over this library's: above
+1 this library is the faster one. With --growth the cost of a byte is shown by size instead.
 """
-import collections
-import json
-import re
-import statistics
-import subprocess
 import sys
 
-OURS = "compactxml"
+import growth
+import instructions
+import machine
+import runs as bench_runs
+import targets
 
 
-def read_runs(results):
-    """Returns {(job, document): {contestant: [(seconds, bytes per second)]}} and the errors."""
-    unit = {"ns": 1e-9, "us": 1e-6, "ms": 1e-3, "s": 1.0}
-    runs = collections.defaultdict(lambda: collections.defaultdict(list))
-    errors = set()
-    for entry in results["benchmarks"]:
-        if entry["run_type"] != "iteration":
-            continue
-        job, kind, size, contestant = entry["run_name"].split("/")
-        if entry.get("error_occurred"):
-            errors.add(f"{entry['run_name']}: {entry.get('error_message', 'failed')}")
-            continue
-        seconds = entry["cpu_time"] * unit[entry["time_unit"]]
-        runs[job, f"{kind}/{size}"][contestant].append((seconds, entry["bytes_per_second"]))
-    return runs, sorted(errors)
+def print_rows(headings, rows):
+    """Prints rows of text in columns that are as wide as they must be."""
+    table = [headings, *rows]
+    widths = [max(len(row[column]) for row in table) for column in range(len(headings))]
+    for row in table:
+        print("  " + "  ".join(cell.ljust(width) for cell, width in zip(row, widths)).rstrip())
 
 
-def document_order(label):
-    kind, size = label.split("/")
-    digits, letter = re.fullmatch(r"(\d+)([kM]?)", size).groups()
-    return kind, int(digits) * {"": 1, "k": 1000, "M": 1000000}[letter]
+def print_description(runs):
+    for heading, text in machine.description(runs):
+        print(f"{heading:<10}{text}")
 
 
-def time_text(seconds):
-    return f"{seconds * 1e3:.2f} ms" if seconds >= 1e-3 else f"{seconds * 1e6:.2f} us"
-
-
-def cpu_model():
-    try:
-        with open("/proc/cpuinfo", encoding="utf-8") as file:
-            return re.search(r"model name\s*: (.*)", file.read()).group(1)
-    except (OSError, AttributeError):
-        return "unknown processor"
-
-
-def print_context(context, runs):
-    print(f"machine   {context['num_cpus']} x {cpu_model()}, {context['mhz_per_cpu']} MHz; load "
-          f"{context['load_avg'][0]:.2f} at the start")
-    print(f"compiler  {context['compiler']}, {context['flags'].strip()}")
-    print(f"date      {context['date']}")
-    versions = {context[name] for by_name in runs.values() for name in by_name if name in context}
-    print(f"peers     {', '.join(sorted(versions - {'this library'})) or 'none'}, as packaged")
-
-
-def print_runs(job, document, by_contestant):
-    middles = {name: [statistics.median(values) for values in zip(*samples)]
-               for name, samples in by_contestant.items()}
-    ours = middles.get(OURS)
+def print_job(job, document, by_contestant):
+    ours = by_contestant.get(bench_runs.OURS)
     print(f"\n{job} {document}")
     print(f"  {'':<22}{'MB/s':>9}{'best':>9}{'spread':>9}{'time':>13}{'ratio':>8}")
-    for name, (seconds, rate) in sorted(middles.items(), key=lambda item: item[1][0]):
-        times = [sample[0] for sample in by_contestant[name]]
-        best = max(sample[1] for sample in by_contestant[name])
-        spread = (max(times) - min(times)) / 2 / seconds
-        ratio = f"{seconds / ours[0]:.2f}" if ours else ""
-        print(f"  {name:<22}{rate / 1e6:>9.1f}{best / 1e6:>9.1f}{spread:>9.1%}"
-              f"{time_text(seconds):>13}{ratio:>8}")
+    for name, figure in sorted(by_contestant.items(), key=lambda item: item[1].median):
+        ratio = f"{figure.median / ours.median:.2f}" if ours else ""
+        rates = (f"{figure.rate / 1e6:>9.1f}{figure.best_rate / 1e6:>9.1f}" if figure.size
+                 else f"{'':>18}")
+        print(f"  {name:<22}{rates}{figure.spread:>9.1%}"
+              f"{bench_runs.time_text(figure.median):>13}{ratio:>8}")
 
 
-def print_heap(lines):
+def print_heap(uses):
     print("\nheap, for one parse or one tree; bytes as the heap rounds them")
-    print(f"  {'':<38}{'calls':>9}{'peak':>12}{'kept':>12}{'kept/byte':>11}")
-    for line in lines:
-        use = json.loads(line)
+    print(f"  {'':<44}{'calls':>9}{'peak':>12}{'kept':>12}{'blocks':>9}{'kept/byte':>11}")
+    for use in uses:
         name = f"{use['job']} {use['document']} {use['contestant']}"
         kept = use["kept_bytes"] / use["document_bytes"]
-        print(f"  {name:<38}{use['calls']:>9}{use['peak_bytes']:>12}{use['kept_bytes']:>12}"
-              f"{kept:>11.2f}")
+        print(f"  {name:<44}{use['calls']:>9}{use['peak_bytes']:>12}{use['kept_bytes']:>12}"
+              f"{use['kept_blocks']:>9}{kept:>11.2f}")
 
 
-def print_library_sizes(program):
-    try:
-        linked = subprocess.run(["ldd", program], check=True, capture_output=True, text=True).stdout
-        paths = [path for path in re.findall(r"=> (\S+)", linked)
-                 if re.search(r"lib(compactxml|expat|pugixml|tinyxml2|xml2|xerces-c)[^/]*\.so", path)]
-        rows = subprocess.run(["size", *paths], check=True, capture_output=True, text=True).stdout
-    except (OSError, subprocess.CalledProcessError):
-        return
-    print("\nlibraries, bytes of code, constants and data")
-    for row in rows.splitlines()[1:]:
-        text, data, bss, _, _, path = row.split(maxsplit=5)
-        print(f"  {path.rsplit('/', 1)[-1]:<22}{int(text) + int(data) + int(bss):>9}")
+def print_libraries(found):
+    print("\nlibraries: bytes of text + data, of the stripped file, and of text + data with all "
+          "that is\nneeded beside the C library")
+    for library in found:
+        print(f"  {library.name:<22}{library.loaded:>9}{library.stripped:>10}"
+              f"{library.with_needs:>10}  needs {', '.join(library.needs)}")
+
+
+def print_targets(runs, found):
+    rows = targets.rows(runs, machine.our_size(found))
+    if rows:
+        print("\ntargets: this library's speed over that of the others, medians of this run")
+        print_rows(targets.HEADINGS, rows)
+
+
+def print_growth(runs, heap, counts):
+    for heading, lines in (("nanoseconds", growth.by_time(runs)),
+                           ("instructions", growth.by_instructions(counts)),
+                           ("bytes of heap kept", growth.by_heap(heap))):
+        if lines:
+            print(f"\n{heading} for each byte of the document; level: within "
+                  f"{growth.TOLERANCE:.0%}")
+            print_rows(growth.HEADINGS, [growth.cells(line) for line in lines])
+
+
+def print_all(runs, heap, counts):
+    for job in runs.jobs():
+        for document in runs.documents(job):
+            print_job(job, document, runs.figures[job, document])
+    if heap:
+        print_heap(heap)
+    if counts:
+        instructions.print_table(counts)
+    found = machine.libraries(runs.context["executable"])
+    if found:
+        print_libraries(found)
+    print_targets(runs, found)
 
 
 def main(arguments):
-    if len(arguments) not in (2, 3):
+    paths = [path for path in arguments[1:] if path != "--growth"]
+    if not paths:
         sys.exit(__doc__)
-    with open(arguments[1], encoding="utf-8") as file:
-        text = file.read()
-    if not text:
+    runs = bench_runs.read(path for path in paths if path.endswith(".json"))
+    lines = [line for path in paths if path.endswith(".jsonl")
+             for line in bench_runs.read_lines(path)]
+    heap = [line for line in lines if "kept_bytes" in line]
+    counts = [instructions.as_count(line) for line in lines if "library" in line]
+    if not runs.context:
         sys.exit("table.py: nothing was measured")
-    results = json.loads(text)
-    runs, errors = read_runs(results)
-    print_context(results["context"], runs)
-    for job in ("parse", "build+delete", "serialize", "validate", "read+validate", "load", "limit"):
-        for (run_job, document), by_contestant in sorted(
-                runs.items(), key=lambda item: document_order(item[0][1])):
-            if run_job == job:
-                print_runs(job, document, by_contestant)
-    if len(arguments) == 3:
-        with open(arguments[2], encoding="utf-8") as file:
-            print_heap(file.read().splitlines())
-    print_library_sizes(results["context"]["executable"])
-    for error in errors:
+    print_description(runs)
+    if "--growth" in arguments:
+        print_growth(runs, heap, counts)
+    else:
+        print_all(runs, heap, counts)
+    for error in runs.errors:
         print(f"FAILED {error}", file=sys.stderr)
-    return 1 if errors or not runs else 0
+    return 1 if runs.errors or not runs.figures else 0
 
 
 if __name__ == "__main__":
