@@ -125,7 +125,9 @@ bool startElement(XML_DOM_BuildState *state, const char *localName, const char *
 
 // A string of known length, which is UTF-8; the NUL behind it is converted with it.
 TreeString convertKnown(XML_IO_OutStream *stream, const char *text, std::size_t length) {
-    if (stream->pendingCount == 0 && isAscii(text, length)) return {text, length};
+    if (length < UINT32_MAX && stream->pendingCount == 0 && isAscii(text, length)) {
+        return {text, length};
+    }
     return convertString(stream, text);
 }
 

@@ -118,6 +118,7 @@ Code reportText(Parser *parser, std::size_t trimFrom) {
     while (length > trimFrom && XML_Parser_IsBlank(text[length - 1])) --length;
     text.truncate(length);
     if (length == 0 || !parser->handler || !parser->handler->characters) return kAccepted;
+    if (length > INT_MAX) return kNoMemory;  // more than a callback can be told of
     if (!text.append('\0')) return kNoMemory;
     settlePosition(parser);
     parser->handler->characters(parser, text.data(), static_cast<int>(length));

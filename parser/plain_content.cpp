@@ -146,10 +146,11 @@ template <Byte kWanted, Byte... kOthers>
                                                   const Byte **mark, Code *code) {
     const Position before = parser->position;
     while (p && end - p > 1) {
-        if (*code != kAccepted || *p == '>' || (*p == '/' && p[1] == '>')) return p;
+        if (*p == '>' || (*p == '/' && p[1] == '>')) return p;
         if (*p > ' ') break;
         p = skipPlainBlanks(parser, p, end);
         if (p && *p != '>' && *p != '/') p = readPlainAttribute(parser, p, end, mark, code);
+        if (*code != kAccepted) return p;
     }
     parser->position = before;
     return nullptr;

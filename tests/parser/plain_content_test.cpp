@@ -377,6 +377,21 @@ TEST(PlainContent, EachFailedAllocationEndsTheParse) {
     }
 }
 
+// A shortage is not forgotten where the buffer ends: the first attributes of the document, and those
+// for which their arrays grow, at every place around the run limit.
+TEST(PlainContent, AFailedAllocationIsNotTriedAgainAtTheRunLimit) {
+    constexpr std::string_view kTag = "<e a=\"1\" b=\"2\" c=\"3\" d=\"4\" e=\"5\" f=\"6\"/>";
+    for (std::size_t place = kRunLimit - kTag.size() - 2; place <= kRunLimit; ++place) {
+        const Feed feed = listFeed(documentAt(place, kTag));
+        for (std::size_t nth = 1;; ++nth) {
+            FaultyHeap heap(nth);
+            const RecordedParse parse = record(feed);
+            if (!heap.failed()) break;
+            ASSERT_EQ(parse.result, XML_REFUSED) << place << ", allocation " << nth;
+        }
+    }
+}
+
 // Text that is converted on its way into the tree.
 std::string growingChineseDocument() {
     const std::string unit = "\xE4\xB8\xAD\xE6\x96\x87 and ASCII ";
