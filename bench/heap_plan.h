@@ -11,13 +11,14 @@
 namespace bench {
 
 // One block for each node, attribute, declaration, document record and string, in the order in
-// which a build needs them and in the order in which deleting the root gives them back. Playing
-// the plan is the least that building and deleting the tree can cost on this heap.
+// which a build needs them, and an order of giving them back: at first that of the document, each
+// element after its children. Playing the plan is the least that building and deleting the tree can
+// cost on this heap with that order.
 class HeapPlan {
   public:
     explicit HeapPlan(const XML_DOM_Node *root);
 
-    void reverse();  // gives back the last block first, whatever deleting does
+    void reverse();  // gives back the last block first, as deleting a tree does
 
     std::span<const std::uint32_t> sizes() const { return sizes_; }          // in order of creation
     std::span<const std::uint32_t> deletions() const { return deletions_; }  // indices into these

@@ -73,7 +73,9 @@ class HeapWork : public Work {
     std::vector<void *> live_;
 };
 
-enum class Order { asDeleted, reversed };
+// Backward is what XML_DOM_DelNode does: the last block that a build made is freed first. Forward,
+// children go before their parents in the order of the document.
+enum class Order { backward, forward };
 
 std::optional<HeapPlan> planOf(const Document &document, Order order) {
     std::string bytes = document.bytes;
@@ -81,7 +83,7 @@ std::optional<HeapPlan> planOf(const Document &document, Order order) {
     if (!tree) return std::nullopt;
     HeapPlan plan(static_cast<const XML_DOM_Node *>(tree));
     kCompactXml.destroy(tree);
-    if (order == Order::reversed) plan.reverse();
+    if (order == Order::backward) plan.reverse();
     return plan;
 }
 
@@ -123,12 +125,12 @@ void addLimits(Jobs &jobs, const Document &document) {
     add(jobs, document, "memcpy", Place::kHere, prepare<CopyWork>);
     add(jobs, document, "memchr", Place::kHere, prepare<FindWork>);
     add(jobs, document, "scan16", Place::kHere, prepareScan);
-    add(jobs, document, "heap-floor", Place::kHere, prepareHeap<Order::asDeleted>);
-    add(jobs, document, "heap-floor-reverse", Place::kHere, prepareHeap<Order::reversed>);
+    add(jobs, document, "heap-floor", Place::kHere, prepareHeap<Order::backward>);
+    add(jobs, document, "heap-floor-forward", Place::kHere, prepareHeap<Order::forward>);
     if (document.isLarge()) return;
-    add(jobs, document, "heap-floor", Place::kFreshProcess, prepareFreshHeap<Order::asDeleted>);
-    add(jobs, document, "heap-floor-reverse", Place::kFreshProcess,
-        prepareFreshHeap<Order::reversed>);
+    add(jobs, document, "heap-floor", Place::kFreshProcess, prepareFreshHeap<Order::backward>);
+    add(jobs, document, "heap-floor-forward", Place::kFreshProcess,
+        prepareFreshHeap<Order::forward>);
 }
 
 }  // namespace bench

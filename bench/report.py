@@ -60,7 +60,7 @@ JOB_TEXT = {
     "limit": ("Limits of the machine", "What nobody can go below: copying the document, looking "
               "for a byte that it does not hold, finding every `<`, `>` and `&` by 16 bytes at a "
               "time, and the `malloc` and `free` calls of this library's tree, alone "
-              "(`heap-floor-reverse`: freed in the reverse of the order of building)."),
+              "(`heap-floor-forward`: freed in the order of the document instead)."),
     "limit-fresh": ("Limits in a fresh process", "The same heap calls as the first ones of a "
                     "process."),
 }

@@ -37,7 +37,7 @@ class TargetsTest(unittest.TestCase):
 
     def test_finds_the_heap_floor_among_the_limits(self):
         found = measured({("build+delete", "text/1k"): {"compactxml": 2.0},
-                          ("limit", "text/1k"): {"heap-floor": 1.2, "heap-floor-reverse": 0.5}})
+                          ("limit", "text/1k"): {"heap-floor": 1.2, "heap-floor-forward": 0.5}})
         beside = outcome(found, "build+delete", "heap floor")
         self.assertEqual(beside.lowest[1], 0.6)
         self.assertEqual(beside.misses, ["median", "lowest"])

@@ -13,7 +13,8 @@ if(NOT CMAKE_CROSSCOMPILING)
     int main() { return iconv_open(\"GB18030\", \"UTF-8\") == iconv_t(-1); }" COMPACTXML_ICONV_GB18030)
   unset(CMAKE_REQUIRED_LIBRARIES)
   if(NOT COMPACTXML_ICONV_GB18030)
-    message(WARNING "iconv cannot convert to GB18030 here: no document could be built into a tree. "
+    message(WARNING "iconv cannot convert to GB18030 here: no document with characters "
+                    "beyond ASCII could be built into a tree. "
                     "Install the C library's conversion modules, or GNU libiconv.")
   endif()
 endif()

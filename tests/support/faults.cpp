@@ -1,6 +1,7 @@
 #include "tests/support/faults.h"
 
 #include <fcntl.h>
+#include <iconv.h>
 #include <sys/types.h>
 
 #include <cerrno>
@@ -20,6 +21,8 @@ ssize_t __real_read(int fd, void *buffer, std::size_t count);
 ssize_t __real_write(int fd, const void *buffer, std::size_t count);
 int __real_fsync(int fd);
 int __real_close(int fd);
+iconv_t __real_iconv_open(const char *to, const char *from);
+iconv_t __wrap_iconv_open(const char *to, const char *from);
 void *__wrap_malloc(std::size_t size);
 void *__wrap_calloc(std::size_t count, std::size_t size);
 void *__wrap_realloc(void *block, std::size_t size);
@@ -57,6 +60,8 @@ struct FileAccount {
 
 thread_local HeapAccount *heap = nullptr;
 thread_local FileAccount *files = nullptr;
+thread_local bool convertersAreMissing = false;
+thread_local std::size_t convertersWanted = 0;
 
 bool refuseAllocation(std::size_t size) {
     ++heap->allocations;
@@ -174,7 +179,25 @@ int __wrap_close(int fd) {
     return __real_close(fd);
 }
 
+iconv_t __wrap_iconv_open(const char *to, const char *from) {
+    ++convertersWanted;
+    if (!convertersAreMissing) return __real_iconv_open(to, from);
+    errno = EINVAL;
+    return iconv_t(-1);
+}
+
 namespace support {
+
+MissingConverters::MissingConverters() {
+    convertersAreMissing = true;
+    convertersWanted = 0;
+}
+MissingConverters::~MissingConverters() {
+    convertersAreMissing = false;
+}
+std::size_t MissingConverters::wanted() const {
+    return convertersWanted;
+}
 
 FaultyHeap::FaultyHeap(std::size_t failAt, bool persistent) {
     heap = nullptr;

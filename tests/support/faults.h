@@ -52,4 +52,15 @@ class FaultyFiles {
     long openDescriptors() const;  // opens minus closes since construction
 };
 
+// While it lives no converter is to be had.
+class MissingConverters {
+  public:
+    MissingConverters();
+    ~MissingConverters();
+    MissingConverters(const MissingConverters &) = delete;
+    MissingConverters &operator=(const MissingConverters &) = delete;
+
+    std::size_t wanted() const;  // how often one was asked for
+};
+
 }  // namespace support
