@@ -43,7 +43,8 @@ bool writeAndClose(int file, std::string_view text) {
 
 std::string nameTemplate() {
     const char *directory = std::getenv("TMPDIR");
-    return std::string(directory ? directory : "/tmp") + "/compactxml-bench-XXXXXX.xsd";
+    return std::string(directory ? directory : "/tmp") + "/compactxml-bench-" +
+           std::string(6, 'X') + ".xsd";
 }
 
 }  // namespace
