@@ -182,11 +182,7 @@ ConvertResult convertKnown(CharTable *table, void *converter, ConvertSpan *span)
 void CharMemo::begin(std::uint32_t source, std::uint32_t target) noexcept {
     bytesLeft_ = kBytesWithoutTable;
     pair_ = Pair::kOther;
-    // Between these two glibc converts directly, a call at a time.
-    const auto isGb2312OrGbk = [](std::uint32_t encoding) {
-        return encoding == XML_ENCODING_GB2312 || encoding == XML_ENCODING_GBK;
-    };
-    takesWhole_ = isGb2312OrGbk(source) && isGb2312OrGbk(target);
+    takesWhole_ = takesWholeTexts(source, target);
     if (target == XML_ENCODING_GB18030) {
         if (source == XML_ENCODING_UTF_8) pair_ = Pair::kUtf8ToGb18030;
     } else if (target == XML_ENCODING_UTF_8) {

@@ -31,6 +31,13 @@ ConvertResult convert(void *converter, ConvertSpan *span) noexcept {
     return ConvertResult::kInvalid;
 }
 
+bool takesWholeTexts(std::uint32_t source, std::uint32_t target) noexcept {
+    const auto isEither = [](std::uint32_t encoding) {
+        return encoding == XML_ENCODING_GB2312 || encoding == XML_ENCODING_GBK;
+    };
+    return isEither(source) && isEither(target);
+}
+
 void resetConverter(void *converter) noexcept {
     iconv(static_cast<iconv_t>(converter), nullptr, nullptr, nullptr, nullptr);
 }

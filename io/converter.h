@@ -25,6 +25,10 @@ void *openConverter(std::uint32_t source, std::uint32_t target) noexcept;
 void closeConverter(void *converter) noexcept;  // does nothing for kNoConverter
 ConvertResult convert(void *converter, ConvertSpan *span) noexcept;
 
+// Whether a text has to be converted in one call: between GB2312 and GBK glibc converts directly, and
+// what comes out depends on where a call's input ends.
+bool takesWholeTexts(std::uint32_t source, std::uint32_t target) noexcept;
+
 // Back to the state of a fresh converter.
 void resetConverter(void *converter) noexcept;
 

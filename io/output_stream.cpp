@@ -49,12 +49,6 @@ AsciiForm asciiForm(uint32_t source, uint32_t target) {
     }
 }
 
-// Between these two glibc converts directly, and what comes out depends on where a call's input
-// ends.
-bool isGb2312OrGbk(uint32_t encoding) {
-    return encoding == XML_ENCODING_GB2312 || encoding == XML_ENCODING_GBK;
-}
-
 struct OutStream : XML_IO_OutStream {
     uint32_t sourceEncoding;
     uint32_t targetEncoding;
@@ -137,8 +131,7 @@ void setEncodings(OutStream *stream, uint32_t source, uint32_t target) {
     stream->sourceEncoding = source;
     stream->targetEncoding = target;
     stream->ascii = asciiForm(source, target);
-    stream->splitsAtAscii =
-        stream->ascii.width != 0 && !(isGb2312OrGbk(source) && isGb2312OrGbk(target));
+    stream->splitsAtAscii = stream->ascii.width != 0 && !takesWholeTexts(source, target);
     stream->memo.begin(source, target);
 }
 

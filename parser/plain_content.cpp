@@ -1,5 +1,5 @@
-// Elements and text as most documents are written: names of ASCII, one space before an attribute,
-// none at its "=", no references; all of it before the next refill falls due. Such content is read
+// Elements and text as most documents are written: names of ASCII, a line break at most and
+// then spaces or tabs before an attribute, none at its "=", no references; all of it before the next refill falls due. Such content is read
 // with nothing but a pointer, and the parser is told only when a piece is complete. A piece that is
 // otherwise is left, from its first byte on, for the functions that know everything.
 #include <climits>

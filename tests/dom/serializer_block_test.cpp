@@ -75,7 +75,8 @@ TEST(SerializerBlock, TextsOfEveryLengthUpToThreeBlocks) {
 TEST(SerializerBlock, TextsAroundTheCapacity) {
     for (const std::uint32_t encoding : kEncodings) {
         for (const std::size_t around : {256, 512, 1024, 2048, 4096, 65536}) {
-            const std::size_t step = around < 65536 ? 1 : 10;  // long ones take their time
+            // Long ones take their time, and what differs with the encoding shows in short ones.
+            const std::size_t step = around < 65536 || encoding == kEncodings[0] ? 1 : 10;
             for (std::size_t length = around - 90; length <= around + 10; length += step) {
                 SCOPED_TRACE(testing::Message() << encoding << ' ' << length);
                 compare(document(std::string(length, 'x'), encoding).get());
