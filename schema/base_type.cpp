@@ -6,6 +6,7 @@
 #include <iterator>
 
 #include "compactxml.h"
+#include "parser/name_check.h"
 #include "schema/date_time.h"
 #include "schema/integer.h"
 #include "schema/lexical.h"
@@ -86,7 +87,7 @@ bool isDuration(const char *value) {
 }
 
 bool isQName(const char *value) {
-    return XML_CheckQName(value) == XML_OK;
+    return checkName(value) == NameCheck::kName;
 }
 
 bool isLanguage(const char *value) {
@@ -169,6 +170,10 @@ bool checkBaseType(std::uint32_t code, const char *value, const ValueCheck &chec
     if (code == SCHEMA_TYPE_STRING || code == SCHEMA_TYPE_ANY_SIMPLE_TYPE) return true;
     if (*value == '\0') {
         if (code == SCHEMA_TYPE_BASE64_BINARY) return true;
+    } else if (code == SCHEMA_TYPE_QNAME) {
+        const NameCheck name = checkName(value);
+        if (name == NameCheck::kName) return true;
+        if (name == NameCheck::kUnknown && check.exhausted) *check.exhausted = true;
     } else if (code < kCodes && kChecks[code] && kChecks[code](value)) {
         return true;
     }

@@ -21,8 +21,8 @@ bool PatternAutomaton::suitsLocale() noexcept {
     return ::uselocale(locale_t{}) == LC_GLOBAL_LOCALE && isPlain(LC_CTYPE) && isPlain(LC_COLLATE);
 }
 
-bool PatternAutomaton::compile(const char *pattern) noexcept {
-    if (!readPattern(pattern, &program_)) return false;
+bool PatternAutomaton::compile() noexcept {
+    if (!readPattern(pattern_, bytes_, &program_)) return false;
     if (!provideScratch()) return false;
     divideBytes();
     reach(program_.start);
@@ -157,6 +157,8 @@ std::uint16_t PatternAutomaton::follow(std::uint16_t row, unsigned byteClass) no
 }
 
 PatternAutomaton::Answer PatternAutomaton::match(const char *text) noexcept {
+    if (compiled_ == Compiled::kNot) compiled_ = compile() ? Compiled::kGood : Compiled::kBad;
+    if (compiled_ == Compiled::kBad) return Answer::kUnknown;
     std::uint16_t row = 0;
     for (; *text != '\0'; ++text) {
         const unsigned byteClass = classOf_[static_cast<unsigned char>(*text)];

@@ -17,7 +17,7 @@ struct PatternScratch {
 
 // Answers as regexec does in the C locale, many times faster: a text costs one look-up for each of
 // its bytes once its states are there. A state stands for all steps of the program that can be reached
-// by one beginning of a text; it is made when the first text gets there.
+// by one beginning of a text; it is made when the first text gets there, as is the program.
 class PatternAutomaton {
   public:
     enum class Answer : std::uint8_t { kNo, kYes, kUnknown };
@@ -25,20 +25,22 @@ class PatternAutomaton {
     // Whether characters are bytes, in order of their numbers, in the calling thread as things are.
     static bool suitsLocale() noexcept;
 
-    explicit PatternAutomaton(PatternScratch &scratch) noexcept : scratch_(scratch) {}
+    // For texts of those bytes, and a pattern that stays.
+    PatternAutomaton(const char *pattern, PatternBytes bytes, PatternScratch &scratch) noexcept
+        : pattern_(pattern), scratch_(scratch), bytes_(bytes) {}
 
-    // False for want of memory and for what readPattern does not read. Once.
-    [[gnu::cold]] bool compile(const char *pattern) noexcept;
-
-    // kUnknown for want of memory or when too many states would be needed.
+    // kUnknown for what readPattern does not read, for want of memory and when too many states would
+    // be needed.
     Answer match(const char *text) noexcept;
 
   private:
+    enum class Compiled : std::uint8_t { kNot, kGood, kBad };
     struct State {
         std::uint32_t hash;
         std::uint32_t first, count;  // its nodes among the members
     };
 
+    [[gnu::cold]] bool compile() noexcept;
     [[gnu::cold]] bool provideScratch() noexcept;
     [[gnu::cold]] void divideBytes() noexcept;
     [[gnu::noinline]] std::uint16_t follow(std::uint16_t row, unsigned byteClass) noexcept;
@@ -47,13 +49,16 @@ class PatternAutomaton {
     [[gnu::cold]] std::uint16_t addState(const State &state) noexcept;
     bool takes(const PatternNode &node, unsigned byte) noexcept;
 
+    const char *pattern_;
     PatternProgram program_;
     // For each state a row: for each class of bytes the row that follows, and whether it accepts.
     GrowingArray<std::uint16_t> rows_;
     GrowingArray<State> states_;
     GrowingArray<std::uint16_t> members_;
     PatternScratch &scratch_;
-    std::uint32_t width_ = 0;    // of a row
+    std::uint32_t width_ = 0;  // of a row
+    PatternBytes bytes_;
+    Compiled compiled_ = Compiled::kNot;
     std::uint8_t classOf_[256];  // bytes that no node tells apart have one class
     std::uint8_t sample_[256];   // a byte of each class
 };

@@ -2,9 +2,11 @@
 
 #include <cstdint>
 #include <cstdlib>
+#include <cstring>
 #include <new>
 
 #include "compactxml.h"
+#include "io/byte_scan.h"
 
 namespace cxml {
 namespace {
@@ -13,6 +15,12 @@ constexpr int kFlags = REG_EXTENDED | REG_NOSUB;
 
 bool matchesCompiled(const regex_t &compiled, const char *text) {
     return ::regexec(&compiled, text, 0, nullptr, 0) == 0;
+}
+
+bool isAscii(const char *text) {
+    const auto *first = reinterpret_cast<const Byte *>(text);
+    const Byte *last = first + std::strlen(text);
+    return scanFor<NotAscii>(first, last) == last;
 }
 
 }  // namespace
@@ -43,12 +51,6 @@ PatternCache::Entry *PatternCache::add(const char *pattern, Entry **bucket) noex
     void *block = std::malloc(sizeof(Entry));
     if (!block) return nullptr;
     auto *entry = new (block) Entry(pattern, scratch_);
-    entry->hasAutomaton = PatternAutomaton::suitsLocale() && entry->automaton.compile(pattern);
-    if (!entry->hasAutomaton && !compile(entry)) {
-        entry->~Entry();
-        std::free(entry);
-        return nullptr;
-    }
     entry->next = *bucket;
     *bucket = entry;
     ++count_;
@@ -67,8 +69,9 @@ PatternCache::Entry *PatternCache::find(const char *pattern) noexcept {
 
 bool PatternCache::matches(const char *pattern, const char *text) noexcept {
     if (Entry *entry = find(pattern)) {
-        if (entry->hasAutomaton) {
-            const PatternAutomaton::Answer answer = entry->automaton.match(text);
+        if (hasAutomata_) {
+            PatternAutomaton &automaton = isAscii(text) ? entry->forAscii : entry->forAll;
+            const PatternAutomaton::Answer answer = automaton.match(text);
             if (answer != PatternAutomaton::Answer::kUnknown) {
                 return answer == PatternAutomaton::Answer::kYes;
             }

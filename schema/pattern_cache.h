@@ -29,14 +29,15 @@ class PatternCache {
     enum class Compiled : std::uint8_t { kNot, kGood, kBad };
     struct Entry {
         Entry(const char *text, PatternScratch &scratch) noexcept
-            : pattern(text), automaton(scratch) {}
+            : pattern(text),
+              forAscii(text, PatternBytes::kAscii, scratch),
+              forAll(text, PatternBytes::kAll, scratch) {}
 
         Entry *next = nullptr;  // in the bucket
         const char *pattern;
-        bool hasAutomaton = false;
         Compiled state = Compiled::kNot;
         regex_t compiled;
-        PatternAutomaton automaton;
+        PatternAutomaton forAscii, forAll;
     };
     Entry *find(const char *pattern) noexcept;
     Entry *add(const char *pattern, Entry **bucket) noexcept;
@@ -46,6 +47,7 @@ class PatternCache {
     PatternScratch scratch_;
     Entry *buckets_[kBuckets] = {};
     std::size_t count_ = 0;
+    const bool hasAutomata_ = PatternAutomaton::suitsLocale();
 };
 
 }  // namespace cxml

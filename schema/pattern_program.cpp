@@ -1,5 +1,6 @@
 #include "schema/pattern_program.h"
 
+#include <algorithm>
 #include <cstring>
 
 namespace cxml {
@@ -10,10 +11,14 @@ constexpr std::uint16_t kNowhere = 0xFFFF;
 constexpr int kMostNesting = 32;
 constexpr std::uint32_t kUnbounded = UINT32_MAX;
 
-// Part of a program with one way in; the way out is the next of its last node.
+// Part of a program with one way in; the way out is the next of its last node. One that is closed
+// has no nodes: none of the texts gets through.
 struct Fragment {
     std::uint16_t start, end;
+
+    bool isClosed() const { return start == kNowhere; }
 };
+constexpr Fragment kClosed = {kNowhere, kNowhere};
 
 struct Quantifier {
     std::uint32_t least, most;
@@ -23,8 +28,11 @@ struct Quantifier {
 // fast.
 class PatternReader {
   public:
-    PatternReader(const char *pattern, PatternProgram &program)
-        : at_(pattern), program_(program), nodes_(program.nodes) {}
+    PatternReader(const char *pattern, PatternBytes bytes, PatternProgram &program)
+        : at_(pattern),
+          highest_(bytes == PatternBytes::kAscii ? 0x7F : 0xFF),
+          program_(program),
+          nodes_(program.nodes) {}
 
     [[gnu::cold]] bool read();
 
@@ -35,7 +43,8 @@ class PatternReader {
     bool readGroup(Fragment *out);
     bool readEscape(Fragment *out);
     bool readBracket(Fragment *out);
-    bool readBracketItem(ByteSet *set);
+    bool passPlainAtoms();
+    bool readBracketItem(unsigned *first, unsigned *last);
     [[gnu::cold]] bool readQuantifier(Quantifier *out);
     bool readNumber(std::uint32_t *out);
 
@@ -56,9 +65,11 @@ class PatternReader {
     bool isBracketSyntax() const { return *at_ == '[' && std::strchr(".=:", at_[1]); }
 
     const char *at_;
+    const unsigned highest_;  // the highest byte of the texts
     PatternProgram &program_;
     GrowingArray<PatternNode> &nodes_;
     int nesting_ = 0;
+    int closed_ = 0;  // branches around, or begun, that are closed: what follows there is only read
 };
 
 unsigned byteOf(char c) {
@@ -71,6 +82,9 @@ bool PatternReader::add(const PatternNode &node, std::uint16_t *index) {
 }
 
 bool PatternReader::addRange(unsigned first, unsigned last, Fragment *out) {
+    *out = kClosed;
+    if (first > highest_ || closed_ != 0) return true;
+    last = std::min(last, highest_);
     const PatternNode node = {PatternNode::kRange, static_cast<std::uint8_t>(first),
                               static_cast<std::uint8_t>(last), kNowhere, kNowhere};
     if (!add(node, &out->start)) return false;
@@ -79,6 +93,8 @@ bool PatternReader::addRange(unsigned first, unsigned last, Fragment *out) {
 }
 
 bool PatternReader::addJump(Fragment *out) {
+    *out = kClosed;
+    if (closed_ != 0) return true;
     if (!add({PatternNode::kJump, 0, 0, kNowhere, kNowhere}, &out->start)) return false;
     out->end = out->start;
     return true;
@@ -134,6 +150,7 @@ bool PatternReader::copyNodes(std::size_t first, std::size_t last) {
 // Repeats what stands in the nodes from first to the end as often as a quantifier says: a copy of them
 // for each time, or the last one again and again.
 bool PatternReader::repeat(Fragment *all, std::size_t first, const Quantifier &quantifier) {
+    if (all->isClosed()) return quantifier.least != 0 || addJump(all);
     const Fragment one = *all;
     const bool unbounded = quantifier.most == kUnbounded;
     const std::uint32_t least = quantifier.least;
@@ -169,19 +186,15 @@ bool PatternReader::repeat(Fragment *all, std::size_t first, const Quantifier &q
 }
 
 // "a-z", or one byte. A dash is itself at the beginning and at the end.
-bool PatternReader::readBracketItem(ByteSet *set) {
+bool PatternReader::readBracketItem(unsigned *first, unsigned *last) {
     if (*at_ == '\0' || isBracketSyntax()) return false;
-    const unsigned first = byteOf(*at_++);
-    unsigned last = first;
-    if (*at_ == '-' && at_[1] != ']') {
-        ++at_;
-        if (first == '-' || *at_ == '\0' || isBracketSyntax()) return false;
-        last = byteOf(*at_++);
-        // "a-c-e" means nothing.
-        if (last < first || (*at_ == '-' && at_[1] != ']')) return false;
-    }
-    set->addRange(first, last);
-    return true;
+    *first = *last = byteOf(*at_++);
+    if (*at_ != '-' || at_[1] == ']') return true;
+    ++at_;
+    if (*first == '-' || *at_ == '\0' || isBracketSyntax()) return false;
+    *last = byteOf(*at_++);
+    // "a-c-e" means nothing.
+    return *first <= *last && (*at_ != '-' || at_[1] == ']');
 }
 
 bool PatternReader::readBracket(Fragment *out) {
@@ -189,16 +202,49 @@ bool PatternReader::readBracket(Fragment *out) {
     const bool negated = *at_ == '^';
     if (negated) ++at_;
     ByteSet set{};
+    bool closed = !negated || closed_ != 0;
     do {
-        if (!readBracketItem(&set)) return false;
+        unsigned first = 0, last = 0;
+        if (!readBracketItem(&first, &last)) return false;
+        if (first > highest_ || closed_ != 0) continue;
+        set.addRange(first, last);
+        closed = false;
     } while (*at_ != ']');
     ++at_;
+    *out = kClosed;
+    if (closed) return true;
     for (std::uint64_t &bits : set.bits) bits = negated ? ~bits : bits;
+    if (highest_ < 0x80) set.bits[2] = set.bits[3] = 0;
     const auto number = static_cast<std::uint16_t>(program_.sets.size());
     if (number == kMostNodes || !program_.sets.append(set)) return false;
     if (!add({PatternNode::kSet, 0, 0, kNowhere, number}, &out->start)) return false;
     out->end = out->start;
     return true;
+}
+
+// A byte that is itself within brackets, wherever it stands there.
+bool isPlainInBracket(unsigned byte) {
+    return byte >= '0' && (byte < '[' || byte > '^');
+}
+
+// In a closed branch: passes over bytes beyond ASCII and brackets of plain bytes, which is what most
+// of a class of characters consists of. False if there are none.
+bool PatternReader::passPlainAtoms() {
+    const char *const begin = at_;
+    for (; *at_ == '[' || byteOf(*at_) > 0x7F; ++at_) {
+        if (*at_ != '[') continue;
+        const char *p = at_ + 1;
+        do {
+            const unsigned first = byteOf(*p);
+            if (p[0] != '\0' && p[1] == '-') p += 2;
+            const unsigned last = byteOf(*p++);
+            if (!isPlainInBracket(first) || !isPlainInBracket(last) || last < first) {
+                return at_ != begin;
+            }
+        } while (*p != ']');
+        at_ = p;
+    }
+    return at_ != begin;
 }
 
 // Only what POSIX defines: letters and digits behind a backslash are extensions.
@@ -248,37 +294,54 @@ bool PatternReader::readAtom(Fragment *out) {
 }
 
 bool PatternReader::readBranch(Fragment *out) {
-    bool first = true;
+    const std::size_t nodesBefore = nodes_.size(), setsBefore = program_.sets.size();
+    bool first = true, closed = false;
     do {
         const std::size_t before = nodes_.size();
-        Fragment atom{};
-        if (!readAtom(&atom)) return false;
+        Fragment atom = kClosed;
+        if (!(closed_ != 0 && passPlainAtoms()) && !readAtom(&atom)) return false;
         Quantifier quantifier{};
         if (isQuantifier(*at_) &&
             !(readQuantifier(&quantifier) && repeat(&atom, before, quantifier))) {
             return false;
         }
-        if (first) {
+        if (closed) continue;
+        if (atom.isClosed()) {
+            closed = true;
+            ++closed_;
+        } else if (first) {
             *out = atom;
         } else {
             append(out, atom);
         }
         first = false;
     } while (*at_ != '|' && *at_ != ')' && !isEnd());
+    if (closed) {
+        --closed_;
+        nodes_.truncate(nodesBefore);
+        program_.sets.truncate(setsBefore);
+        *out = kClosed;
+    }
     return true;
 }
 
 bool PatternReader::readChoice(Fragment *out) {
     if (!readBranch(out)) return false;
-    if (*at_ != '|') return true;
-    Fragment join{};
-    if (!addJump(&join)) return false;
-    link(*out, join.start);
-    out->end = join.end;
+    Fragment join = kClosed;
     while (*at_ == '|') {
         ++at_;
         Fragment branch{};
         if (!readBranch(&branch)) return false;
+        if (branch.isClosed()) continue;
+        if (out->isClosed()) {
+            *out = branch;
+            continue;
+        }
+        if (join.isClosed()) {
+            if (!addJump(&join)) return false;
+            link(*out, join.start);
+            out->end = join.end;
+        }
         link(branch, join.start);
         if (!addSplit(out->start, branch.start, &out->start)) return false;
     }
@@ -295,6 +358,10 @@ bool PatternReader::read() {
     const bool toEnd = *at_ == '$';
     if (toEnd) ++at_;
     if (*at_ != '\0') return false;
+    if (all.isClosed()) {
+        constexpr PatternNode kTakesNothing = {PatternNode::kRange, 1, 0, kNowhere, kNowhere};
+        return add(kTakesNothing, &program_.start);
+    }
     constexpr Quantifier kAny = {0, kUnbounded};
     if (empty) {
         if (!addJump(&all)) return false;
@@ -321,8 +388,8 @@ bool PatternReader::read() {
 
 }  // namespace
 
-bool readPattern(const char *pattern, PatternProgram *out) noexcept {
-    return PatternReader{pattern, *out}.read();
+bool readPattern(const char *pattern, PatternBytes bytes, PatternProgram *out) noexcept {
+    return PatternReader{pattern, bytes, *out}.read();
 }
 
 }  // namespace cxml

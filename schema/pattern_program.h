@@ -45,10 +45,15 @@ struct PatternProgram {
     std::uint16_t start = 0;
 };
 
+// What texts a program is for. Most are of ASCII alone; where a pattern lists characters beyond it,
+// which takes hundreds of sets, a program for ASCII is a small part of the whole.
+enum class PatternBytes : std::uint8_t { kAscii, kAll };
+
 // Reads a POSIX extended regular expression as the C library does in the C locale, where a character
 // is a byte. It is not anchored; what lets it begin and end anywhere is part of the program. False for
 // anything that is out of the ordinary (references, classes by name, anchors within, quantifiers in odd
-// places, mistakes), for what would need too many steps, and for want of memory.
-bool readPattern(const char *pattern, PatternProgram *out) noexcept;
+// places, mistakes) even where it is of no consequence for such texts, for what would need too many
+// steps, and for want of memory.
+bool readPattern(const char *pattern, PatternBytes bytes, PatternProgram *out) noexcept;
 
 }  // namespace cxml

@@ -80,6 +80,8 @@ uint32_t Schema_ValidateXmlEx(XML_DOM_Node *rootElement, const SchemaRoot *schem
     } else {
         Schema_SetError(run, 12, {});
     }
+    // What could not be checked is not known to be wrong.
+    if (run.exhausted && !run.valid()) setFailure(run);
     report(run.context, errorInfo);
     return run.result;
 }

@@ -42,10 +42,13 @@ struct Validation {
     NamespaceMemo namespaces;
     GroupMemo groups;
     ChoiceMemo choices;
-    char message[512];  // what a value check says
+    char message[512];       // what a value check says
+    bool exhausted = false;  // a value was refused because there was no memory to check it
 
     bool valid() const noexcept { return context.valid == 1; }
-    ValueCheck valueCheck() noexcept { return {sizeof message, message, &patterns, true}; }
+    ValueCheck valueCheck() noexcept {
+        return {sizeof message, message, &patterns, true, &exhausted};
+    }
 };
 
 // What an error may say; what is left out is null.

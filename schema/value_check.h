@@ -15,6 +15,8 @@ struct ValueCheck {
     PatternCache *patterns;  // null compiles each pattern for each value
     // Nobody reads what is said of a value that turns out valid: it need not be.
     bool onlyOfFailures = false;
+    // Set when a value counts as invalid because there was no memory to check it; may be null.
+    bool *exhausted = nullptr;
 };
 
 // A value of a built-in type, neither of them null.
