@@ -1,9 +1,11 @@
+#include "parser/name_check.h"
+
 #include <cstring>
 
 #include "compactxml.h"
 #include "dom/encoding.h"
 #include "io/byte_scan.h"
-#include "io/output_stream.h"
+#include "io/converter.h"
 #include "parser/char_class.h"
 
 namespace cxml {
@@ -14,37 +16,62 @@ bool isAsciiName(const Byte *name, std::size_t length) {
            skipAsciiNameChars(name, name + length) == name + length;
 }
 
-// Code points in big-endian order, closed by a 0.
-bool isUtf32Name(const Byte *units, uint32_t length) {
-    for (uint32_t at = 0; at + 4 <= length; at += 4) {
-        const uint32_t value = static_cast<uint32_t>(units[at]) << 24 | units[at + 1] << 16 |
-                               units[at + 2] << 8 | units[at + 3];
-        const auto c = static_cast<CodePoint>(value);
-        if (at != 0 && c == 0) return true;
-        if (!(at == 0 ? XML_Parser_IsNameStartChar(c) : XML_Parser_IsNameChar(c))) return false;
+// A name as code points in big-endian order, closed by a 0, of which it gets one part at a time.
+class Utf32Name {
+  public:
+    // False when there is no more to ask: the name is complete, or it is none.
+    bool take(const Byte *units, const Byte *end) {
+        for (; end - units >= 4 && !complete_; units += 4) {
+            const uint32_t value =
+                static_cast<uint32_t>(units[0]) << 24 | units[1] << 16 | units[2] << 8 | units[3];
+            const auto c = static_cast<CodePoint>(value);
+            complete_ = begun_ && c == 0;
+            if (complete_) break;
+            if (!(begun_ ? XML_Parser_IsNameChar(c) : XML_Parser_IsNameStartChar(c))) return false;
+            begun_ = true;
+        }
+        return !complete_;
     }
-    return false;
+    bool isComplete() const { return complete_; }
+
+  private:
+    bool begun_ = false;
+    bool complete_ = false;
+};
+
+// The bytes include the NUL, which is converted with the name and closes it.
+bool isConvertedName(void *converter, const char *name, std::size_t bytes) {
+    Utf32Name converted;
+    Byte units[256];
+    ConvertSpan span{name, bytes, nullptr, 0};
+    ConvertResult result = ConvertResult::kOutputFull;
+    while (result == ConvertResult::kOutputFull) {
+        span.output = reinterpret_cast<char *>(units);
+        span.outputLeft = sizeof units;
+        result = convert(converter, &span);
+        if (!converted.take(units, reinterpret_cast<const Byte *>(span.output))) break;
+    }
+    return converted.isComplete();
 }
 
 }  // namespace
+
+NameCheck checkName(const char *name) noexcept {
+    const std::size_t length = std::strlen(name);
+    bool isName = false;
+    if (isAscii(name, length)) {
+        isName = isAsciiName(reinterpret_cast<const Byte *>(name), length);
+    } else {
+        void *const converter = openConverter(kTreeEncoding, XML_ENCODING_UTF_32BE);
+        if (converter == kNoConverter) return NameCheck::kUnknown;
+        isName = isConvertedName(converter, name, length + 1);
+        closeConverter(converter);
+    }
+    return isName ? NameCheck::kName : NameCheck::kNoName;
+}
+
 }  // namespace cxml
 
-using namespace cxml;
-
 uint32_t XML_CheckQName(const char *name) noexcept {
-    if (!name) return XML_REFUSED;
-    const std::size_t length = std::strlen(name);
-    if (isAscii(name, length)) {
-        return isAsciiName(reinterpret_cast<const Byte *>(name), length) ? XML_OK : XML_REFUSED;
-    }
-    if (length >= UINT32_MAX) return XML_REFUSED;
-    OutStreamOwner stream{XML_IO_MemOutStreamCreate(kTreeEncoding, XML_ENCODING_UTF_32BE)};
-    if (!stream) return XML_REFUSED;
-    // The NUL is converted with the name and closes it.
-    const auto bytes = static_cast<uint32_t>(length + 1);
-    if (XML_IO_OutStreamAppend(stream.get(), name, bytes) != XML_OK) return XML_REFUSED;
-    uint32_t unitBytes = 0;
-    const char *units = XML_IO_MemOutStreamGetBuf(stream.get(), &unitBytes);
-    return units && isUtf32Name(reinterpret_cast<const Byte *>(units), unitBytes) ? XML_OK
-                                                                                  : XML_REFUSED;
+    return name && cxml::checkName(name) == cxml::NameCheck::kName ? XML_OK : XML_REFUSED;
 }

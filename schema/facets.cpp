@@ -115,7 +115,7 @@ bool equals(const SchemaFacet &facet, const char *value) {
 long countOf(const SchemaFacet &facet) {
     std::int64_t count = 0;
     if (readPlain(facet.value, &count) && count <= LONG_MAX) return static_cast<long>(count);
-    return std::atol(facet.value);
+    return std::strtol(facet.value, nullptr, 10);  // not atol, which need not stop at the limits
 }
 
 // The number of bytes, for comparing with what a facet says.
@@ -220,7 +220,7 @@ class Enumeration {
 };
 
 bool matchesPattern(const char *pattern, const char *value, const ValueCheck &check) {
-    if (check.patterns) return check.patterns->matches(pattern, value);
+    if (check.patterns) return check.patterns->matches(pattern, value, check.exhausted);
     return XML_IsMatchRegex(pattern, value) == 1;
 }
 

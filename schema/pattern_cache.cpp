@@ -1,5 +1,6 @@
 #include "schema/pattern_cache.h"
 
+#include <climits>
 #include <cstdint>
 #include <cstdlib>
 #include <cstring>
@@ -13,14 +14,31 @@ namespace {
 
 constexpr int kFlags = REG_EXTENDED | REG_NOSUB;
 
+// The C library counts the bytes of a text in an int, and takes one that is too long for that for
+// another one.
+bool isCountable(const char *text) {
+    return ::strnlen(text, std::size_t{INT_MAX} + 1) <= INT_MAX;
+}
+
 bool matchesCompiled(const regex_t &compiled, const char *text) {
-    return ::regexec(&compiled, text, 0, nullptr, 0) == 0;
+    return isCountable(text) && ::regexec(&compiled, text, 0, nullptr, 0) == 0;
 }
 
 bool isAscii(const char *text) {
     const auto *first = reinterpret_cast<const Byte *>(text);
     const Byte *last = first + std::strlen(text);
     return scanFor<NotAscii>(first, last) == last;
+}
+
+// Compiles the pattern for this one text.
+bool matchesOnce(const char *pattern, const char *text, bool *exhausted) {
+    regex_t compiled;
+    const int error = ::regcomp(&compiled, pattern, kFlags);
+    if (error == REG_ESPACE && exhausted) *exhausted = true;
+    if (error != 0) return false;
+    const bool matches = matchesCompiled(compiled, text);
+    ::regfree(&compiled);
+    return matches;
 }
 
 }  // namespace
@@ -67,7 +85,7 @@ PatternCache::Entry *PatternCache::find(const char *pattern) noexcept {
     return add(pattern, bucket);
 }
 
-bool PatternCache::matches(const char *pattern, const char *text) noexcept {
+bool PatternCache::matches(const char *pattern, const char *text, bool *exhausted) noexcept {
     if (Entry *entry = find(pattern)) {
         if (hasAutomata_) {
             PatternAutomaton &automaton = isAscii(text) ? entry->forAscii : entry->forAll;
@@ -80,16 +98,11 @@ bool PatternCache::matches(const char *pattern, const char *text) noexcept {
             return entry->state == Compiled::kGood && matchesCompiled(entry->compiled, text);
         }
     }
-    return XML_IsMatchRegex(pattern, text) == 1;
+    return matchesOnce(pattern, text, exhausted);
 }
 
 }  // namespace cxml
 
 uint32_t XML_IsMatchRegex(const char *pattern, const char *text) noexcept {
-    if (!pattern || !text) return 0;
-    regex_t compiled;
-    if (::regcomp(&compiled, pattern, cxml::kFlags) != 0) return 0;
-    const bool matches = cxml::matchesCompiled(compiled, text);
-    ::regfree(&compiled);
-    return matches ? 1 : 0;
+    return pattern && text && cxml::matchesOnce(pattern, text, nullptr) ? 1 : 0;
 }

@@ -19,8 +19,9 @@ class PatternCache {
     PatternCache &operator=(const PatternCache &) = delete;
     ~PatternCache();
 
-    // As XML_IsMatchRegex; neither argument is null.
-    bool matches(const char *pattern, const char *text) noexcept;
+    // As XML_IsMatchRegex; neither text is null. Sets *exhausted, unless that is null, when there was
+    // no memory to find out.
+    bool matches(const char *pattern, const char *text, bool *exhausted = nullptr) noexcept;
 
     static constexpr std::size_t kMost = 256;
 

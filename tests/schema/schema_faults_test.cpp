@@ -1,6 +1,8 @@
 // Values are checked without the heap, and where one is needed it may be exhausted.
 #include <gtest/gtest.h>
+#include <regex.h>
 
+#include <cerrno>
 #include <cstdint>
 #include <cstring>
 #include <string>
@@ -9,6 +11,8 @@
 #include "compactxml.h"
 #include "schema/value_check.h"
 #include "tests/support/faults.h"
+#include "tests/support/schema_maker.h"
+#include "tests/support/written.h"
 
 namespace {
 
@@ -126,22 +130,43 @@ TEST(SchemaFaults, NamesBeyondAscii) {
     const Result good = checked(Schema_BLDIN_QName(), kName);
     EXPECT_TRUE(good.valid);
     EXPECT_EQ(good.message, "");
-    bool failed = true;
-    std::size_t nth = 0;
-    while (failed && nth < 100) {
-        const FaultyHeap heap(++nth);
-        char buffer[128] = "";
-        SchemaValidateContext context{};
-        context.valid = 1;
-        Schema_CheckSimpleType(Schema_BLDIN_QName(), kName, sizeof buffer, &context, buffer);
-        failed = heap.failed();
-        EXPECT_EQ(context.valid, failed ? 0 : 1) << nth;
-        EXPECT_STREQ(buffer,
-                     failed ? "\xD6\xD0\xCE\xC4 is an invalid value of QName type value." : "");
-        EXPECT_EQ(heap.blocksInUse(), 0u) << nth;
+    const FaultyHeap heap(1, true);
+    EXPECT_TRUE(checked(Schema_BLDIN_QName(), kName).valid);
+    support::FaultyConverters converters;
+    converters.begin({1, false, ENOMEM}, {});
+    const Result failed = checked(Schema_BLDIN_QName(), kName);
+    if (converters.opens() == 0) GTEST_SKIP() << "iconv_open has another name here";
+    EXPECT_FALSE(failed.valid);
+    EXPECT_EQ(failed.message, "\xD6\xD0\xCE\xC4 is an invalid value of QName type value.");
+    EXPECT_EQ(converters.openConverters(), 0);
+}
+
+// A value that could not be checked is not said to be wrong: the validation is refused.
+TEST(SchemaFaults, ValidationsThatCannotCheckAValue) {
+    static constexpr SchemaFacet kBackReference = {"^(a)\\1$", SCHEMA_FACET_PATTERN,
+                                                   SCHEMA_TYPE_STRING};
+    const SchemaSimpleType *const base[] = {Schema_BLDIN_string()};
+    const SchemaSimpleType patterned = {base, &kBackReference, "t", nullptr, 0, 1, 1, 0};
+    support::SchemaMaker schema;
+    schema.add(schema.element(support::SchemaMaker::ofSimple("p", &patterned)),
+               SCHEMA_KIND_ELEMENT);
+    schema.add(schema.element(support::SchemaMaker::ofSimple("q", Schema_BLDIN_QName())),
+               SCHEMA_KIND_ELEMENT);
+    const support::NodePtr pattern = support::parsed("<p>aa</p>");
+    const support::NodePtr name = support::parsed("<q>\xE4\xB8\xAD</q>");
+    const support::NodePtr wrong = support::parsed("<q>1</q>");
+    support::FaultyConverters converters;
+    support::FaultyPatterns patterns;
+    converters.begin({1, true, ENOMEM}, {});
+    patterns.begin({1, true, REG_ESPACE});
+    const auto refused = "refused valid";  // the record is all zeros
+    EXPECT_EQ(support::verdict(pattern.get(), schema.root()), refused);
+    EXPECT_EQ(patterns.compiled(), 2u);  // to keep it, and for this value
+    const std::string said = support::verdict(name.get(), schema.root());
+    if (converters.opens() != 0) {
+        EXPECT_EQ(said, refused);
     }
-    EXPECT_GT(nth, 1u);
-    EXPECT_FALSE(failed);
+    EXPECT_TRUE(support::verdict(wrong.get(), schema.root()).starts_with("3 node=/q"));
 }
 
 // Without memory to keep compiled patterns they are compiled for each value: the same results.

@@ -1,8 +1,9 @@
 // tests/support/faults.h - a C library that fails on demand, and an account of the heap.
 //
 // The test program is linked with --wrap for malloc, calloc, realloc, free, open, read, write,
-// fsync and close, so every call that the library makes comes through here. Nothing is counted or
-// failed outside the life of a FaultyHeap or FaultyFiles on the same thread.
+// fsync, close, iconv_open, iconv, iconv_close, regcomp and regfree, so every call that the library
+// makes comes through here. Nothing is counted or failed outside the life of one of the classes
+// below on the same thread.
 #pragma once
 
 #include <cstddef>
@@ -30,12 +31,28 @@ class FaultyHeap {
     std::size_t largestBlock() const;
 };
 
-// What read, write, open and fsync do while it lives. Zero fields mean "as the system does".
+// While it lives, fills each block of this thread with a byte: a new one, what realloc adds, which
+// always moves, and a block that is freed.
+class FilledHeap {
+  public:
+    explicit FilledHeap(unsigned char byte);
+    ~FilledHeap();
+    FilledHeap(const FilledHeap &) = delete;
+    FilledHeap &operator=(const FilledHeap &) = delete;
+
+    std::size_t bytesFilled() const;
+};
+
+// What read, write, open, fsync and close do while it lives. Zero fields mean "as the system does".
 struct FilePlan {
     std::size_t shortCount = 0;  // at most so many bytes a call
     std::size_t failAt = 0;      // the call (of read and write together, from 1) that fails ...
     int failErrno = 0;           // ... with this errno, or, if 0, by returning 0
-    bool failOpen = false;       // open fails with EMFILE
+    bool failOpen = false;       // open fails ...
+    int openErrno = 0;           // ... with this errno, or, if 0, with EMFILE
+    bool persistent = false;     // failAt means all calls from there on
+    int syncErrno = 0;           // fsync fails with this errno
+    int closeErrno = 0;          // close fails with this errno after it has closed
 };
 
 class FaultyFiles {
@@ -45,11 +62,54 @@ class FaultyFiles {
     FaultyFiles(const FaultyFiles &) = delete;
     FaultyFiles &operator=(const FaultyFiles &) = delete;
 
+    void begin(const FilePlan &plan);  // from here on, with its calls counted from 1
+
+    std::size_t opens() const;
     std::size_t reads() const;
     std::size_t bytesRead() const;
     std::size_t writes() const;
     std::size_t syncs() const;
+    std::size_t closes() const;
     long openDescriptors() const;  // opens minus closes since construction
+};
+
+// Which call of a function fails, from 1; 0 for none.
+struct CallPlan {
+    std::size_t failAt = 0;
+    bool persistent = false;  // all from there on
+    int error = 0;            // errno, or what regcomp returns
+};
+
+// While it lives, counts the calls of iconv_open and iconv and makes some fail. A call of iconv that
+// fails has converted nothing.
+class FaultyConverters {
+  public:
+    FaultyConverters();
+    ~FaultyConverters();
+    FaultyConverters(const FaultyConverters &) = delete;
+    FaultyConverters &operator=(const FaultyConverters &) = delete;
+
+    void begin(const CallPlan &opening, const CallPlan &converting);
+
+    std::size_t opens() const;        // since begin ...
+    std::size_t conversions() const;  // ... without those that set a converter back
+    bool failed() const;              // whether a call was made to
+    long openConverters() const;      // opened minus closed since construction
+};
+
+// The same for regcomp, which fails as it does without memory (REG_ESPACE).
+class FaultyPatterns {
+  public:
+    FaultyPatterns();
+    ~FaultyPatterns();
+    FaultyPatterns(const FaultyPatterns &) = delete;
+    FaultyPatterns &operator=(const FaultyPatterns &) = delete;
+
+    void begin(const CallPlan &compiling);
+
+    std::size_t compiled() const;  // calls since begin
+    bool failed() const;
+    long openPatterns() const;  // compiled minus freed since construction
 };
 
 // While it lives no converter is to be had.
