@@ -9,12 +9,15 @@
 
 #include "io/byte_scan.h"
 
-// What lies behind a string's end is loaded, though it decides nothing; MemorySanitizer cannot tell.
+// What lies behind a string's end is loaded, though it decides nothing; MemorySanitizer and
+// ThreadSanitizer, which watches what is freed too, cannot tell.
 #if defined(__SSE2__) || (defined(__ARM_NEON) && defined(__aarch64__))
 #define COMPACTXML_STRING_BLOCKS
 #endif
-#if defined(__has_feature)
-#if __has_feature(memory_sanitizer)
+#if defined(__SANITIZE_THREAD__)
+#undef COMPACTXML_STRING_BLOCKS
+#elif defined(__has_feature)
+#if __has_feature(memory_sanitizer) || __has_feature(thread_sanitizer)
 #undef COMPACTXML_STRING_BLOCKS
 #endif
 #endif

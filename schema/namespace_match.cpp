@@ -14,14 +14,14 @@ bool isSame(const char *a, const char *b) {
     return XML_Strcmp(a, b) == 0;
 }
 
-// Whether one of the names that single blanks divide is this one.
+// Whether one of the names that single blanks divide is this one. The name, which may be long, is read
+// no further than those in the list.
 bool isListed(const char *list, const char *name) {
-    const std::size_t length = std::strlen(name);
     for (;;) {
         const char *blank = std::strchr(list, ' ');
         const std::size_t token =
             blank ? static_cast<std::size_t>(blank - list) : std::strlen(list);
-        if (token == length && std::memcmp(list, name, length) == 0) return true;
+        if (std::strncmp(list, name, token) == 0 && name[token] == '\0') return true;
         if (!blank) return false;
         list = blank + 1;
     }

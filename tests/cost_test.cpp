@@ -4,13 +4,13 @@
 // that a busy machine passes: work that grows with the square would take 64 times as long.
 #include <cstddef>
 #include <cstdint>
-#include <ostream>
 #include <string>
 #include <string_view>
 #include <vector>
 
 #include "compactxml.h"
 #include "gtest/gtest.h"
+#include "tests/support/document_shapes.h"
 #include "tests/support/expectations.h"
 #include "tests/support/faults.h"
 #include "tests/support/feeds.h"
@@ -21,211 +21,17 @@ namespace {
 
 using support::Feed;
 using support::growsLinearly;
+using support::join;
+using support::times;
+using Shape = support::DocumentShape;
 
 constexpr std::size_t kGrowth = 8;
-constexpr std::size_t kItems = support::kSanitized ? 2048 : 12500;    // attributes, elements, ...
-constexpr std::size_t kBytes = support::kSanitized ? 40000 : 200000;  // of a single token
+constexpr std::size_t kItems = support::kSanitized ? 2048 : 12500;
+constexpr std::size_t kBytes = support::kSanitized ? 40000 : 200000;
 constexpr std::size_t kPieceShare = 8;  // lists of one-byte chunks get a document so much smaller
 
 // Buffers below 64 KiB may grow in steps of 1 KiB, which comes to this much at most.
 constexpr std::size_t kSmallSteps = 64 * 65 / 2 * 1024;
-
-// ---------------------------------------------------------------- shapes
-
-struct Shape {
-    const char *name;
-    std::size_t n;
-    std::string (*document)(std::size_t n);
-    const char *message = nullptr;  // of the refusal; null for a document that is accepted
-};
-
-std::ostream &operator<<(std::ostream &out, const Shape &shape) {
-    return out << shape.name;
-}
-
-// n pieces, made from their numbers.
-template <typename Piece>
-std::string join(std::size_t n, Piece piece) {
-    std::string text;
-    for (std::size_t i = 0; i < n; ++i) text += piece(std::to_string(i));
-    return text;
-}
-
-std::string times(std::size_t n, std::string_view piece) {
-    std::string text;
-    text.reserve(n * piece.size());
-    for (std::size_t i = 0; i < n; ++i) text += piece;
-    return text;
-}
-
-std::string nested(std::size_t n, std::string_view start, std::string_view end) {
-    return times(n, start) + times(n, end);
-}
-
-// The i-th name of those that a hash of the form h * factor + byte takes for one and the same.
-std::string collidingName(std::size_t i, const char *zero, const char *one) {
-    std::string name;
-    for (int bit = 0; bit < 17; ++bit) name += (i >> bit) & 1 ? one : zero;
-    return name;
-}
-
-std::string collidingAttributes(std::size_t n, const char *zero, const char *one) {
-    std::string text = "<a";
-    for (std::size_t i = 0; i < n; ++i) text += ' ' + collidingName(i, zero, one) + "=''";
-    return text + "/>";
-}
-
-const Shape kStructures[] = {
-    {"Attributes", kItems,
-     [](std::size_t n) {
-         return "<a" + join(n, [](const std::string &i) { return " x" + i + "='v'"; }) + "/>";
-     }},
-    {"AttributesLastTwoEqual", kItems,
-     [](std::size_t n) {
-         return "<a" + join(n, [](const std::string &i) { return " x" + i + "='v'"; }) +
-                " last='1' last='2'/>";
-     },
-     "attribute redefined."},
-    {"AttributesOfOneNameInManyNamespaces", kItems,
-     [](std::size_t n) {
-         return "<a" +
-                join(n,
-                     [](const std::string &i) {
-                         return " xmlns:p" + i + "='u" + i + "' p" + i + ":x=''";
-                     }) +
-                "/>";
-     }},
-    {"AttributesEqualByNamespaceAtTheEnd", kItems,
-     [](std::size_t n) {
-         return "<a" +
-                join(n,
-                     [](const std::string &i) {
-                         return " xmlns:p" + i + "='u" + i + "' p" + i + ":x=''";
-                     }) +
-                " xmlns:q='u0' q:x=''/>";
-     },
-     "attribute redefined."},
-    {"AttributesThatCollideByFactor31", kItems,
-     [](std::size_t n) { return collidingAttributes(n, "Aa", "BB"); }},
-    {"AttributesThatCollideByFactor33", kItems,
-     [](std::size_t n) { return collidingAttributes(n, "Az", "BY"); }},
-    {"Declarations", kItems,
-     [](std::size_t n) {
-         return "<a" + join(n, [](const std::string &i) { return " xmlns:p" + i + "='u'"; }) + "/>";
-     }},
-    {"DeclarationsLastTwoEqual", kItems,
-     [](std::size_t n) {
-         return "<a" + join(n, [](const std::string &i) { return " xmlns:p" + i + "='u'"; }) +
-                " xmlns:last='1' xmlns:last='2'/>";
-     },
-     "attribute redefined."},
-    {"NestedDeclarationsUsingTheOutermostPrefix", kItems,
-     [](std::size_t n) {
-         return "<p:a xmlns:p='u'>" +
-                join(n, [](const std::string &i) { return "<p:b p:c='' xmlns:q" + i + "='v'>"; }) +
-                times(n, "</p:b>") + "</p:a>";
-     }},
-    {"NestedDeclarationsThenSiblingsUsingTheOutermost", kItems,
-     [](std::size_t n) {
-         return "<p:a xmlns:p='u'>" +
-                join(n, [](const std::string &i) { return "<b xmlns:q" + i + "='v'>"; }) +
-                times(n, "<p:c p:d=''/>") + times(n, "</b>") + "</p:a>";
-     }},
-    {"NestedRedeclarationsOfOnePrefix", kItems,
-     [](std::size_t n) {
-         return join(n, [](const std::string &i) { return "<p:a xmlns:p='u" + i + "' p:x=''>"; }) +
-                times(n, "</p:a>");
-     }},
-    {"NestedRedeclarationsOfTheDefault", kItems,
-     [](std::size_t n) {
-         return join(n, [](const std::string &i) { return "<a xmlns='u" + i + "'>"; }) +
-                times(n, "</a>");
-     }},
-    {"SiblingsRedeclaringOnePrefix", kItems,
-     [](std::size_t n) { return "<a>" + times(n, "<p:b xmlns:p='u' p:c=''/>") + "</a>"; }},
-    {"UnprefixedElementsUnderManyBindings", kItems,
-     [](std::size_t n) {
-         return "<a" + join(n, [](const std::string &i) { return " xmlns:p" + i + "='u'"; }) + ">" +
-                times(n, "<b c=''/>") + "</a>";
-     }},
-    {"PrefixedElementsUnderManyBindings", kItems,
-     [](std::size_t n) {
-         return "<a" + join(n, [](const std::string &i) { return " xmlns:p" + i + "='u'"; }) + ">" +
-                join(n, [](const std::string &i) { return "<p0:b p" + i + ":c=''/>"; }) + "</a>";
-     }},
-    {"Siblings", kItems, [](std::size_t n) { return "<a>" + times(n, "<b>t</b>") + "</a>"; }},
-    {"SiblingsOfDifferentNames", kItems,
-     [](std::size_t n) {
-         return "<a>" + join(n, [](const std::string &i) { return "<b" + i + "/>"; }) + "</a>";
-     }},
-    {"SiblingsWithAttributes", kItems,
-     [](std::size_t n) { return "<a>" + times(n, "<b c='1' d='&lt;' e='3'>t</b>\n") + "</a>"; }},
-    {"Nested", kItems, [](std::size_t n) { return nested(n, "<a>", "</a>"); }},
-    {"NestedWithText", kItems, [](std::size_t n) { return nested(n, "<a>x", "y</a>"); }},
-    {"NestedAndUnfinished", kItems, [](std::size_t n) { return times(n, "<a b='c'>"); },
-     "tag not finished."},
-    {"NestedDeclarationsAndUnfinished", kItems,
-     [](std::size_t n) { return times(n, "<p:a xmlns:p='u'>"); }, "tag not finished."},
-    {"Comments", kItems, [](std::size_t n) { return "<a>" + times(n, "t<!--c-->") + "</a>"; }},
-    {"Instructions", kItems, [](std::size_t n) { return "<a>" + times(n, "t<?p q?>") + "</a>"; }},
-    {"CDataSections", kItems,
-     [](std::size_t n) { return "<a>" + times(n, "<![CDATA[x]]>") + "</a>"; }},
-    {"MiscellaneaAroundTheRoot", kItems,
-     [](std::size_t n) { return times(n, "<!--c--> <?p?>") + "<a/>" + times(n, "<!--c--> "); }},
-};
-
-const Shape kTokens[] = {
-    {"Text", kBytes, [](std::size_t n) { return "<a>" + times(n, "t") + "</a>"; }},
-    {"TextOfWords", kBytes, [](std::size_t n) { return "<a>" + times(n / 2, "t ") + "</a>"; }},
-    {"TextOfReferences", kBytes,
-     [](std::size_t n) { return "<a>" + times(n / 5, "&amp;") + "</a>"; }},
-    {"TextOfCharacterReferences", kBytes,
-     [](std::size_t n) { return "<a>" + times(n / 8, "&#x4E2D;") + "</a>"; }},
-    {"TextOfLines", kBytes, [](std::size_t n) { return "<a>x" + times(n, "\n") + "x</a>"; }},
-    {"TextOfCarriageReturns", kBytes,
-     [](std::size_t n) { return "<a>x" + times(n / 2, "\r\n") + "x</a>"; }},
-    {"TextOfMultibyteCharacters", kBytes,
-     [](std::size_t n) { return "<a>" + times(n / 3, "中") + "</a>"; }},
-    {"TextOfBrackets", kBytes, [](std::size_t n) { return "<a>" + times(n / 2, "] ") + "</a>"; }},
-    {"Value", kBytes, [](std::size_t n) { return "<a b='" + times(n, "v") + "'/>"; }},
-    {"ValueOfReferences", kBytes,
-     [](std::size_t n) { return "<a b='" + times(n / 4, "&lt;") + "'/>"; }},
-    {"ValueOfMultibyteCharacters", kBytes,
-     [](std::size_t n) { return "<a b='" + times(n / 3, "中") + "'/>"; }},
-    {"NamespaceName", kBytes, [](std::size_t n) { return "<a xmlns='" + times(n, "v") + "'/>"; }},
-    {"Comment", kBytes, [](std::size_t n) { return "<a><!--" + times(n, "c") + "--></a>"; }},
-    {"CommentOfHyphens", kBytes,
-     [](std::size_t n) { return "<a><!--" + times(n / 2, "- ") + "--></a>"; }},
-    {"CData", kBytes, [](std::size_t n) { return "<a><![CDATA[" + times(n, "c") + "]]></a>"; }},
-    {"CDataOfBrackets", kBytes,
-     [](std::size_t n) { return "<a><![CDATA[" + times(n, "]") + "]]></a>"; }},
-    {"InstructionData", kBytes, [](std::size_t n) { return "<a><?p " + times(n, "?") + "?></a>"; }},
-    {"InstructionTarget", kBytes, [](std::size_t n) { return "<a><?" + times(n, "p") + "?></a>"; }},
-    {"Doctype", kBytes, [](std::size_t n) { return "<!DOCTYPE " + times(n, "d") + "><a/>"; }},
-    {"DoctypeSubset", kBytes,
-     [](std::size_t n) { return "<!DOCTYPE d [" + times(n / 4, ">[]x") + "]><a/>"; }},
-    {"ElementName", kBytes,
-     [](std::size_t n) {
-         const std::string name(n / 2, 'n');
-         return "<" + name + "></" + name + ">";
-     }},
-    {"AttributeName", kBytes, [](std::size_t n) { return "<a " + times(n, "n") + "=''/>"; }},
-    {"Prefix", kBytes,
-     [](std::size_t n) {
-         const std::string name(n / 3, 'n');
-         return "<" + name + ":a xmlns:" + name + "='u'></" + name + ":a>";
-     }},
-    {"NameOfMultibyteCharacters", kBytes,
-     [](std::size_t n) { return "<" + times(n / 3, "名") + "/>"; }},
-    {"BlanksInProlog", kBytes, [](std::size_t n) { return times(n, " ") + "<a/>"; }},
-    {"BlanksInText", kBytes, [](std::size_t n) { return "<a>x" + times(n, " ") + "y</a>"; }},
-    {"BlanksBehindText", kBytes, [](std::size_t n) { return "<a>x" + times(n, " \n") + "</a>"; }},
-    {"BlanksInATag", kBytes, [](std::size_t n) { return "<a" + times(n, " ") + "b = ''/>"; }},
-    {"BlanksInAnEndTag", kBytes, [](std::size_t n) { return "<a></a" + times(n, "\t") + ">"; }},
-    {"BlanksBehindTheRoot", kBytes, [](std::size_t n) { return "<a/>" + times(n, "\n"); }},
-    {"DigitsOfAReference", kBytes,
-     [](std::size_t n) { return "<a>&#" + times(n, "0") + "65;</a>"; }},
-};
 
 // ---------------------------------------------------------------- measures
 
@@ -311,7 +117,8 @@ Feed feedOf(Feed::Kind kind, const std::string &document) {
 }
 
 void expectLinear(const Shape &shape, Feed::Kind kind) {
-    const std::size_t n = kind == Feed::Kind::kList ? shape.n / kPieceShare : shape.n;
+    const std::size_t whole = shape.unit == support::kItems ? kItems : kBytes;
+    const std::size_t n = kind == Feed::Kind::kList ? whole / kPieceShare : whole;
     const Feed one = feedOf(kind, shape.document(n));
     const Feed eight = feedOf(kind, shape.document(kGrowth * n));
     SCOPED_TRACE(std::string(shape.name) + ", " + one.name());
@@ -356,8 +163,8 @@ std::string nameOf(const testing::TestParamInfo<Shape> &info) {
     return info.param.name;
 }
 
-INSTANTIATE_TEST_SUITE_P(Structures, Cost, testing::ValuesIn(kStructures), nameOf);
-INSTANTIATE_TEST_SUITE_P(Tokens, Cost, testing::ValuesIn(kTokens), nameOf);
+INSTANTIATE_TEST_SUITE_P(Structures, Cost, testing::ValuesIn(support::structures()), nameOf);
+INSTANTIATE_TEST_SUITE_P(Tokens, Cost, testing::ValuesIn(support::tokens()), nameOf);
 
 // ---------------------------------------------------------------- long namespace names
 
@@ -429,7 +236,7 @@ TEST(CostOfNamespaces, LongNamesOnManyAttributes) {
 
 // A parse keeps what the deepest nesting and the longest token need, however many there are.
 TEST(CostOfMemory, ManySmallTokensNeedNoMoreThanAFew) {
-    for (const Shape &shape : kStructures) {
+    for (const Shape &shape : support::structures()) {
         const std::string_view name = shape.name;
         if (name != "Siblings" && name != "SiblingsOfDifferentNames" &&
             name != "SiblingsWithAttributes" && name != "Comments" && name != "Instructions" &&
