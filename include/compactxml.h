@@ -9,7 +9,8 @@
  *                return null where they refuse.
  *   Arguments    A missing (null) pointer is refused without side effects. An output pointer named
  *                lengthOut may be null. Getters answer null (or the value told) for null.
- *   Failure      A refused call leaves the tree or stream as it was; what was half made is freed.
+ *   Failure      A refused call leaves the tree or stream as it was, but for what an output stream
+ *                holds back of a character that an append split; what was half made is freed.
  *                Exhausted memory is a refusal like any other.
  *   Strings      Strings handed in are copied. Strings handed out belong to the record they come
  *                from and live as long as it does, unless the entry says that the caller frees
@@ -1267,8 +1268,9 @@ COMPACTXML_API void XML_IO_OutStreamDestroy(XML_IO_OutStream *stream) COMPACTXML
  *
  * Values are checked as they are: nothing is trimmed. A result of 1 means valid and 0 invalid unless
  * an entry says otherwise. buffer takes a message in English when a value is invalid, cut to size
- * bytes with the final NUL; it may be written while a value turns out valid, too. No check but that
- * of a pattern facet allocates; where memory is exhausted a pattern does not match.
+ * bytes with the final NUL; it may be written while a value turns out valid, too. No check allocates
+ * but, in the C library, those of a pattern facet and of a QName beyond ASCII; where memory is
+ * exhausted a pattern does not match and such a name is none.
  */
 
 /* Tells whether a text matches a POSIX extended regular expression somewhere, in the locale of the

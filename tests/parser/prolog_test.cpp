@@ -351,6 +351,19 @@ TEST(Prolog, DoctypesAccepted) {
     }
 }
 
+// A "]" and a ">" end a declaration inside literals as well. Parsers that
+// read the declaration see the root a; intended here, and told to callers.
+TEST(Prolog, DoctypesThatOthersReadDifferently) {
+    expectAccepted({"in a literal",
+                    "<!DOCTYPE a [ <!ENTITY x ']><evil/><?y '> ]><a/><?z ?>",
+                    {R"(startElementNs "evil" prefix null uri null ns [] attrs [])",
+                     R"(endElementNs "evil" prefix null uri null)",
+                     R"(processingInstruction "y" "'> ]><a/><?z ")"}});
+    expectAccepted({"in a system identifier",
+                    "<!DOCTYPE b SYSTEM '><a/><?x '><b/><?y ?>",
+                    {kStartA, kEndA, R"(processingInstruction "x" "'><b/><?y ")"}});
+}
+
 TEST(Prolog, DoctypesRefused) {
     constexpr Refusal kDoctypes[] = {
         {"lower case", "<!doctype a><a/>", 9, 1, 2},
