@@ -90,8 +90,15 @@ class Pair {
                       room);
     }
     void expectSame(std::string_view input, std::size_t room) {
-        ASSERT_EQ(withMemo(input, room), alone(input, room))
-            << support::printable(input) << " into " << room << " bytes";
+        const Step known = withMemo(input, room);
+        Step own = alone(input, room);
+        // Before a piece of a character that the output has no room for, some converters ask for
+        // room and others, as glibc's of UTF-16 on s390x, for the rest of it.
+        if (own.result == ConvertResult::kInputIncomplete && own.bytes.size() == room &&
+            known.result == ConvertResult::kOutputFull) {
+            own.result = known.result;
+        }
+        ASSERT_EQ(known, own) << support::printable(input) << " into " << room << " bytes";
     }
 
   private:

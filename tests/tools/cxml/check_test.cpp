@@ -223,7 +223,7 @@ constexpr char kLongLine[] =
 
 TEST(Check, LargeDocumentsNeedLittleMemory) {
 #ifdef CXML_INSTRUMENTED
-    GTEST_SKIP() << "instrumented code needs memory of its own";
+    GTEST_SKIP() << "instrumented code, and an emulator, needs memory of its own";
 #endif
     const std::string make = kLongLine;
     EXPECT_LT(secondsFor(make + "make '</a>' | { ulimit -v 40000; cxml check -; }", "", "", 0), 10);

@@ -156,7 +156,7 @@ TEST(Usage, StandardStreams) {
 
 TEST(Usage, ExhaustedMemoryIsOneLine) {
 #ifdef CXML_INSTRUMENTED
-    GTEST_SKIP() << "instrumented code needs memory of its own";
+    GTEST_SKIP() << "instrumented code, and an emulator, needs memory of its own";
 #endif
     constexpr CommandCase kCases[] = {
         {"tree",

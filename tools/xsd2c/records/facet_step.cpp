@@ -135,7 +135,7 @@ void FacetStep::addPattern(const Place &place, const std::function<std::string()
 
 std::uint64_t FacetStep::readCount(const Facet &facet) {
     const std::optional<Integer> count = readInteger(facet.value);
-    if (count && *count >= 0 && *count <= 0xFFFFFFFF) return static_cast<std::uint64_t>(*count);
+    if (count && *count >= 0 && *count <= 0xFFFFFFFF) return std::stoull(count->text());
     diagnostics_.error(facet.place, described(facet) + " of " + owner_ +
                                         " is not a number from 0 to "
                                         "4294967295");
@@ -301,13 +301,13 @@ void FacetStep::addIntegerBound(const Facet &facet) {
             range.most = std::min(range.most, *number);
             break;
         case FacetKind::kMaxExclusive:
-            range.most = std::min<Integer>(range.most, *number - 1);
+            range.most = std::min(range.most, number->previous());
             break;
         case FacetKind::kMinInclusive:
             range.least = std::max(range.least, *number);
             break;
         default:
-            range.least = std::max<Integer>(range.least, *number + 1);
+            range.least = std::max(range.least, number->next());
     }
 }
 
@@ -316,8 +316,8 @@ void FacetStep::addBound(const Facet &facet) {
         // A bound may be the base's own, which its values do not reach.
         const std::optional<Integer> number = readInteger(facet.value);
         const bool beyond =
-            (facet.kind == FacetKind::kMaxExclusive && number == base_->range.most + 1) ||
-            (facet.kind == FacetKind::kMinExclusive && number == base_->range.least - 1);
+            (facet.kind == FacetKind::kMaxExclusive && number == base_->range.most.next()) ||
+            (facet.kind == FacetKind::kMinExclusive && number == base_->range.least.previous());
         if (beyond) return;  // excludes nothing that the base has
         if (needsValueOfBase(facet)) addIntegerBound(facet);
         return;
@@ -482,7 +482,7 @@ void FacetStep::describeItem(const std::vector<Facet> &facets) {
     if (type_.itemIsRange && only(isBound)) {
         type_.item.reset();
         if (type_.range.least <= type_.range.most) {
-            type_.item = integerRangePattern(toText(type_.range.least), toText(type_.range.most));
+            type_.item = integerRangePattern(type_.range.least.text(), type_.range.most.text());
         }
         return;
     }
