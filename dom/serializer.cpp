@@ -59,8 +59,7 @@ bool isSelfClosed(const XML_DOM_Node *element, Tags tags) {
     return !element->firstChild && tags == Tags::kSelfClosing;
 }
 
-uint32_t writeStartTag(TextWriter &writer, const XML_DOM_Node *element, Tags tags,
-                       XML_DOM_TranslateState *state) {
+uint32_t writeStartTag(TextWriter &writer, const XML_DOM_Node *element, Tags tags) {
     uint32_t sum = writer.putName(kTagOpens, prefixOf(element->ns), element->name, kNothing);
     for (const XML_DOM_NsDecl *decl = element->firstNsDecl; decl; decl = decl->next) {
         const uint32_t result = writeNsDecl(writer, decl);
@@ -73,9 +72,7 @@ uint32_t writeStartTag(TextWriter &writer, const XML_DOM_Node *element, Tags tag
         sum = plus(sum, result);
         if (result != XML_OK) return sum;
     }
-    sum = plus(sum, isSelfClosed(element, tags) ? writer.put("/>", 2) : writer.put(">", 1));
-    pushName(state, element->name);
-    return sum;
+    return plus(sum, isSelfClosed(element, tags) ? writer.put("/>", 2) : writer.put(">", 1));
 }
 
 const char *textOf(const XML_DOM_Node *node, XML_DOM_TranslateState *state) {
@@ -88,7 +85,8 @@ uint32_t writeBegin(TextWriter &writer, const XML_DOM_Node *node, Tags tags,
                     XML_DOM_TranslateState *state) {
     switch (node->type) {
         case XML_DOM_NODE_ELEMENT:
-            return writeStartTag(writer, node, tags, state);
+            pushName(state, node->name);  // also of a tag that fails: its end takes it away
+            return writeStartTag(writer, node, tags);
         case XML_DOM_NODE_TEXT:
             return writer.putText(textOf(node, state));
         case XML_DOM_NODE_CDATA: {

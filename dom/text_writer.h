@@ -13,7 +13,7 @@ namespace cxml {
 
 // Adds up the results of writes. A sum that wraps to 0 would look like success.
 inline uint32_t plus(uint32_t sum, uint32_t result) {
-    const uint32_t total = sum + result;
+    const auto total = static_cast<uint32_t>(uint64_t{sum} + result);
     return total == 0 ? sum : total;
 }
 

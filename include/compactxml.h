@@ -335,8 +335,8 @@ struct XML_Parser_Ctx {
     XML_Parser_Ns *namespaces;
     uint32_t encoding;   /* of the stream at the start, then the declared one */
     int32_t status;      /* 0, or the code that ends the parse */
-    int32_t line;        /* from 1; CR LF is one line break */
-    int32_t column;      /* from 1, in characters */
+    int32_t line;        /* from 1; CR LF is one line break; never above INT32_MAX */
+    int32_t column;      /* from 1, in characters; likewise */
     const char *version; /* "1.0" after the prolog, null before */
 };
 
@@ -1274,7 +1274,8 @@ COMPACTXML_API void XML_IO_OutStreamDestroy(XML_IO_OutStream *stream) COMPACTXML
  */
 
 /* Tells whether a text matches a POSIX extended regular expression somewhere, in the locale of the
- * process: 1 or 0. 0 also for a null argument and an expression that does not compile. */
+ * process: 1 or 0. 0 also for a null argument, an expression that does not compile, and a text of 2 GB
+ * or more, which the C library cannot count. */
 COMPACTXML_API uint32_t XML_IsMatchRegex(const char *pattern, const char *text) COMPACTXML_NOEXCEPT;
 
 /* Checks a value of a built-in type.

@@ -10,6 +10,8 @@
 #include <cstdint>
 #include <cstring>
 
+#include "io/wrapping.h"
+
 #if defined(__SSE2__)
 #include <emmintrin.h>
 #elif defined(__ARM_NEON) && defined(__aarch64__)
@@ -37,7 +39,7 @@ struct WordBlock {
         std::memcpy(&block.word, p, sizeof block.word);
         return block;
     }
-    std::uint64_t equal(Byte b) const {
+    COMPACTXML_WRAPS std::uint64_t equal(Byte b) const {
         const std::uint64_t x = word ^ repeat(b);
         return (x - repeat(1)) & ~x & repeat(0x80);
     }
@@ -45,7 +47,9 @@ struct WordBlock {
         const std::uint64_t x = word ^ repeat(b);
         return (((x & repeat(0x7F)) + repeat(0x7F)) | x) & repeat(0x80);
     }
-    std::uint64_t controlOrHigh() const { return ((word - repeat(0x20)) | word) & repeat(0x80); }
+    COMPACTXML_WRAPS std::uint64_t controlOrHigh() const {
+        return ((word - repeat(0x20)) | word) & repeat(0x80);
+    }
     std::uint64_t high() const { return word & repeat(0x80); }
     static std::uint64_t mask(std::uint64_t matches) { return matches; }
     static unsigned lowest(std::uint64_t mask) {

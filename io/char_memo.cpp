@@ -6,6 +6,7 @@
 
 #include "compactxml.h"
 #include "io/byte_scan.h"
+#include "io/wrapping.h"
 
 namespace cxml {
 
@@ -22,7 +23,7 @@ struct CharTable {
     std::int32_t strangers;  // that were met lately, weighed against those known
 
     Entry &entryOf(std::uint32_t character) {
-        return entries[character * 0x9E3779B1u >> (32 - kBits)];
+        return entries[wrappingProduct(character, 0x9E3779B1u) >> (32 - kBits)];
     }
 };
 

@@ -11,6 +11,7 @@
 #include "io/char_memo.h"
 #include "io/converter.h"
 #include "io/input_stream.h"
+#include "io/memory.h"
 
 namespace cxml {
 namespace {
@@ -46,10 +47,10 @@ uint32_t freeRoom(const InStream *stream) {
     return stream->capacity - static_cast<uint32_t>(stream->end - stream->base);
 }
 
-// n rounded up to whole steps, at least one; false if that passes 32 bits.
+// n rounded up to whole steps, at least one; false if that passes 32 bits, or what a block can hold.
 bool roundUp(uint64_t n, uint32_t *rounded) {
     const uint64_t steps = n == 0 ? 1 : (n + kBufferStep - 1) / kBufferStep;
-    if (steps * kBufferStep > UINT32_MAX) return false;
+    if (steps * kBufferStep > UINT32_MAX || !isAddressable(steps * kBufferStep)) return false;
     *rounded = static_cast<uint32_t>(steps * kBufferStep);
     return true;
 }
@@ -63,12 +64,19 @@ void compact(InStream *stream) {
     stream->end -= dropped;
 }
 
+// Twice as many bytes, or as many as a block can have: from 2 GB on, too, it must not grow in small
+// steps.
+uint32_t doubled(uint32_t size) {
+    constexpr uint32_t kMost = static_cast<uint32_t>(std::min<uint64_t>(UINT32_MAX, PTRDIFF_MAX) /
+                                                     kBufferStep * kBufferStep);
+    return size <= kMost / 2 ? size * 2 : kMost;
+}
+
 bool enlarge(InStream *stream) {
     uint32_t capacity = 0;
     if (!roundUp(uint64_t{stream->capacity} + kBufferStep, &capacity)) return false;
     if (capacity > stream->allocated) {
-        const uint32_t doubled = stream->allocated <= UINT32_MAX / 2 ? stream->allocated * 2 : 0;
-        const uint32_t wanted = std::max(capacity, doubled);
+        const uint32_t wanted = std::max(capacity, doubled(stream->allocated));
         auto *block = static_cast<unsigned char *>(std::realloc(stream->base, wanted));
         if (!block) return false;
         stream->mark = block + (stream->mark - stream->base);
@@ -395,7 +403,7 @@ void destroy(XML_IO_InStream *record) {
 using namespace cxml;
 
 XML_IO_InStream *XML_IO_ByMem(const char *buffer, uint32_t length) noexcept {
-    if (!buffer || length == 0) return nullptr;
+    if (!buffer || length == 0 || !isAddressable(length)) return nullptr;
     InStream *stream = newStream(SourceKind::kMemory);
     if (!stream) return nullptr;
     // Read only: nothing compacts or enlarges a buffer that the stream does not own.

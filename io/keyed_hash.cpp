@@ -2,27 +2,33 @@
 
 #include <sys/random.h>
 
-#include <bit>
 #include <cstring>
 #include <ctime>
+
+#include "io/wrapping.h"
 
 namespace cxml {
 namespace {
 
+// Not std::rotl, which wraps in the standard library's header.
+constexpr std::uint64_t rotated(std::uint64_t word, unsigned bits) {
+    return word << bits | word >> (64 - bits);
+}
+
 struct SipState {
     std::uint64_t v0, v1, v2, v3;
 
-    void round() {
+    COMPACTXML_WRAPS void round() {
         v0 += v1;
         v2 += v3;
-        v1 = std::rotl(v1, 13) ^ v0;
-        v3 = std::rotl(v3, 16) ^ v2;
-        v0 = std::rotl(v0, 32);
+        v1 = rotated(v1, 13) ^ v0;
+        v3 = rotated(v3, 16) ^ v2;
+        v0 = rotated(v0, 32);
         v2 += v1;
         v0 += v3;
-        v1 = std::rotl(v1, 17) ^ v2;
-        v3 = std::rotl(v3, 21) ^ v0;
-        v2 = std::rotl(v2, 32);
+        v1 = rotated(v1, 17) ^ v2;
+        v3 = rotated(v3, 21) ^ v0;
+        v2 = rotated(v2, 32);
     }
 
     void take(std::uint64_t word) {
@@ -34,7 +40,7 @@ struct SipState {
 
 }  // namespace
 
-void KeyedHash::drawKey() noexcept {
+COMPACTXML_WRAPS void KeyedHash::drawKey() noexcept {
     // Without random numbers, what an attacker on the wire can hardly know: an address and the
     // clock.
     if (getrandom(key_, sizeof key_, GRND_NONBLOCK) != static_cast<ssize_t>(sizeof key_)) {

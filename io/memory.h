@@ -31,6 +31,12 @@ namespace cxml {
     }
 }
 
+// Whether so many bytes can lie in one piece of memory: where addresses have 32 bits pointers into more
+// cannot be subtracted, and the system may map it all the same.
+constexpr bool isAddressable(std::uint64_t bytes) noexcept {
+    return bytes <= PTRDIFF_MAX;
+}
+
 // A new block of length + 1 bytes: the bytes and a NUL. Null for exhausted memory.
 inline char *copyBytes(const char *bytes, std::size_t length) noexcept {
     if (length == SIZE_MAX) return nullptr;

@@ -11,6 +11,7 @@
 #include "io/byte_scan.h"
 #include "io/char_memo.h"
 #include "io/converter.h"
+#include "io/memory.h"
 
 namespace cxml {
 namespace {
@@ -72,13 +73,23 @@ MemBuf *memBufOf(const XML_IO_OutStream *stream) {
 
 constexpr uint32_t kLargeBlock = 64 * 1024;
 
+constexpr uint32_t kMostNeeded = UINT32_MAX - 1024;  // of content with its NUL
+
+// The capacity that makes room for so many bytes.
+constexpr uint32_t capacityFor(uint32_t need) {
+    return (need & ~0x3FFu) + 0x400;
+}
+
 // Makes the real block hold capacity bytes. From 64 KiB on it grows by half its size, so that the
 // 1024-byte steps in which capacity grows do not copy a large buffer again and again.
 bool reserveBlock(MemBuf *buf, uint32_t capacity) {
     if (capacity <= buf->allocated) return true;
+    if (!isAddressable(capacity)) return false;
     uint32_t wanted = capacity;
-    if (buf->allocated >= kLargeBlock && buf->allocated <= UINT32_MAX / 3 * 2) {
-        const uint32_t generous = buf->allocated + buf->allocated / 2;
+    if (buf->allocated >= kLargeBlock) {
+        const uint32_t generous = buf->allocated <= UINT32_MAX / 3 * 2
+                                      ? buf->allocated + buf->allocated / 2
+                                      : capacityFor(kMostNeeded);
         if (generous > wanted) wanted = generous;
     }
     void *block = std::realloc(buf->data, wanted);
@@ -90,13 +101,6 @@ bool reserveBlock(MemBuf *buf, uint32_t capacity) {
     buf->data = static_cast<char *>(block);
     buf->allocated = wanted;
     return true;
-}
-
-constexpr uint32_t kMostNeeded = UINT32_MAX - 1024;  // of content with its NUL
-
-// The capacity that makes room for so many bytes.
-constexpr uint32_t capacityFor(uint32_t need) {
-    return (need & ~0x3FFu) + 0x400;
 }
 
 uint32_t XML_IO_MemSink(uintptr_t target, const char *bytes, uint32_t length) {
@@ -362,7 +366,7 @@ uint32_t XML_IO_FlushPending(OutStream *stream, const char *bytes, uint32_t leng
 
 uint32_t appendBytes(XML_IO_OutStream *record, const char *bytes, uint32_t length, bool safe) {
     if (!bytes || length == 0) return XML_OK;  // Intended: also for a null stream
-    if (!record) return XML_REFUSED;
+    if (!record || !isAddressable(length)) return XML_REFUSED;
     auto *stream = static_cast<OutStream *>(record);
     if (stream->pendingCount > 0) {
         uint32_t used = 0;
@@ -476,8 +480,8 @@ bool XML_IO_MakeRoom(XML_IO_OutStream *stream, std::size_t count, OutRoom *room)
     MemBuf *buf = memBufOf(stream);
     if (count > kMostNeeded - 1 - buf->length) return false;
     uint32_t capacity = capacityFor(buf->length + 1 + static_cast<uint32_t>(count));
-    if (capacity > buf->allocated && capacity < 2 * buf->allocated &&
-        buf->allocated < kLargeBlock) {
+    if (capacity > buf->allocated && buf->allocated < kLargeBlock &&
+        capacity < 2 * buf->allocated) {
         capacity = 2 * buf->allocated;  // there will be more
     }
     if (!reserveBlock(buf, capacity)) return false;

@@ -10,11 +10,12 @@
 #include "io/byte_scan.h"
 
 // What lies behind a string's end is loaded, though it decides nothing; MemorySanitizer and
-// ThreadSanitizer, which watches what is freed too, cannot tell.
+// ThreadSanitizer, which watches what is freed too, cannot tell. Nor can valgrind, for which scripts set
+// COMPACTXML_PLAIN_STRINGS.
 #if defined(__SSE2__) || (defined(__ARM_NEON) && defined(__aarch64__))
 #define COMPACTXML_STRING_BLOCKS
 #endif
-#if defined(__SANITIZE_THREAD__)
+#if defined(__SANITIZE_THREAD__) || defined(COMPACTXML_PLAIN_STRINGS)
 #undef COMPACTXML_STRING_BLOCKS
 #elif defined(__has_feature)
 #if __has_feature(memory_sanitizer) || __has_feature(thread_sanitizer)

@@ -36,7 +36,7 @@ bool passName(Parser *parser, const char *bytes, std::size_t length) {
         return true;
     }
     parser->position.settle(input->cur);
-    const std::uint32_t column = parser->position.column;
+    const std::int64_t column = parser->position.column;
     input->mark = input->cur;
     for (std::size_t at = 0; at < length;) {
         const std::size_t left = length - at;

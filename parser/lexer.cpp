@@ -243,9 +243,10 @@ ErrorCode XML_Parser_ReadQName(Parser *parser, ByteBuffer *into, QName *name) no
     if (atEnd(parser)) return kNameRequired;
     const std::size_t localAt = into->size();
     code = XML_Parser_ReadName(parser, into);
+    if (code != kAccepted) return code;
     name->localOffset = name->localLength + 1;
     name->localLength = static_cast<std::uint32_t>(into->size() - localAt - 1);
-    return code;
+    return kAccepted;
 }
 
 ErrorCode readReference(Parser *parser, ByteBuffer *into) noexcept {

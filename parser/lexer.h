@@ -52,8 +52,8 @@ bool follows(const Parser *parser, const char (&literal)[kSize]) {
 // Brings the context's line and column to the read position, for those who look at them.
 inline void settlePosition(Parser *parser) {
     parser->position.settle(parser->input->cur);
-    parser->line = static_cast<std::int32_t>(parser->position.line);
-    parser->column = static_cast<std::int32_t>(parser->position.column);
+    parser->line = shownNumber(parser->position.line);
+    parser->column = shownNumber(parser->position.column);
 }
 
 // Takes note of a buffer that is new or has moved, with the position settled before: characters

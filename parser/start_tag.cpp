@@ -1,6 +1,7 @@
 #include <bit>
 #include <climits>
 
+#include "io/wrapping.h"
 #include "parser/grammar.h"
 #include "parser/lexer.h"
 
@@ -170,7 +171,7 @@ Code findDuplicateByTable(Parser *parser) {
         const XML_Parser_Attr &attribute = attributes[i];
         const char *local = attribute.name.local(names);
         std::uint64_t hash = parser->scope.hash()(local, attribute.name.localLength);
-        hash += parser->scope.hashOfName(attribute.binding);
+        hash = wrappingSum(hash, parser->scope.hashOfName(attribute.binding));
         std::size_t slot = hash & (size - 1);
         while (std::uint32_t taken = table.data()[slot]) {
             if (isSameAttribute(parser, attribute, attributes[taken - 1])) {
@@ -195,9 +196,10 @@ bool fillDeclarationArgs(Parser *parser, std::size_t count) {
     args.truncate(0);
     if (!args.reserve(count * 2)) return false;
     const XML_Parser_Ns *binding = parser->scope.newest();
-    for (std::size_t i = count; i-- > 0; binding = binding->next) {
-        args.data()[2 * i] = binding->prefix;
-        args.data()[2 * i + 1] = binding->namespaceName;
+    const char **pair = args.data() + 2 * count;
+    for (; pair != args.data(); binding = binding->next) {
+        *--pair = binding->namespaceName;
+        *--pair = binding->prefix;
     }
     return true;
 }

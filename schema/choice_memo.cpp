@@ -2,6 +2,7 @@
 
 #include <cstring>
 
+#include "io/wrapping.h"
 #include "schema/same_text.h"
 
 namespace cxml {
@@ -18,7 +19,7 @@ bool ChoiceMemo::provide(std::size_t slots) noexcept {
 
 std::size_t ChoiceMemo::slotOf(const SchemaModelGroup &group, const char *name) const noexcept {
     auto hash = static_cast<std::uint32_t>(reinterpret_cast<std::uintptr_t>(&group) >> 4);
-    for (; *name != '\0'; ++name) hash = (hash ^ static_cast<unsigned char>(*name)) * 16777619u;
+    for (; *name != '\0'; ++name) hash = fnvStep(hash, static_cast<unsigned char>(*name));
     return (hash ^ hash >> 15) & (choices_.size() - 1);
 }
 

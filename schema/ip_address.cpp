@@ -1,6 +1,7 @@
 #include <arpa/inet.h>
 #include <netinet/in.h>
 
+#include <bit>
 #include <cerrno>
 #include <cstdint>
 #include <cstdlib>
@@ -35,7 +36,7 @@ bool isIpv4Mask(const char *value) noexcept {
     if (::inet_pton(AF_INET, value, &address) != 1) return false;
     const std::uint32_t mask = ntohl(address.s_addr);
     // Ones, then zeros: what is not set is one less than a power of two.
-    return (~mask & (~mask + 1)) == 0;
+    return std::has_single_bit(std::uint64_t{~mask} + 1);
 }
 
 bool isIpv6Address(const char *value) noexcept {

@@ -4,6 +4,8 @@
 #include <clocale>
 #include <cstring>
 
+#include "io/wrapping.h"
+
 namespace cxml {
 namespace {
 
@@ -101,7 +103,7 @@ void PatternAutomaton::reach(std::uint16_t node) noexcept {
 
 // The row of the state of all nodes that are marked; takes the marks away.
 std::uint16_t PatternAutomaton::stateOfReached() noexcept {
-    State state = {2166136261u, static_cast<std::uint32_t>(members_.size()), 0};
+    State state = {kFnvBasis, static_cast<std::uint32_t>(members_.size()), 0};
     bool room = true;
     const std::size_t words = program_.nodes.size() / 64 + 1;
     for (std::size_t i = 0; i < words; ++i) {
@@ -112,7 +114,7 @@ std::uint16_t PatternAutomaton::stateOfReached() noexcept {
                 static_cast<std::uint16_t>(i * 64 + static_cast<unsigned>(__builtin_ctzll(word)));
             const PatternNode::Kind kind = program_.nodes[node].kind;
             if (kind == PatternNode::kSplit || kind == PatternNode::kJump) continue;
-            state.hash = (state.hash ^ node) * 16777619u;
+            state.hash = fnvStep(state.hash, node);
             room = members_.append(node);
         }
     }

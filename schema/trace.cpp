@@ -3,6 +3,7 @@
 #include <cstdarg>
 #include <cstdio>
 
+#include "io/wrapping.h"
 #include "schema/message.h"
 
 namespace cxml {
@@ -46,11 +47,11 @@ uint32_t Schema_Debug_Enable(uint32_t flag) noexcept {
     return before;
 }
 
-void Schema_Debug_BlankAdd(void) noexcept {
+COMPACTXML_WRAPS void Schema_Debug_BlankAdd(void) noexcept {
     ++g_SchemaDebugState.indent;
 }
 
-void Schema_Debug_BlankSub(void) noexcept {
+COMPACTXML_WRAPS void Schema_Debug_BlankSub(void) noexcept {
     --g_SchemaDebugState.indent;  // Intended: no lower bound
 }
 

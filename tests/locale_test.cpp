@@ -1,7 +1,9 @@
 // The process locale has no say in what a document is.
 #include <clocale>
 #include <cstdint>
+#include <cstdlib>
 #include <string>
+#include <string_view>
 #include <vector>
 
 #include "compactxml.h"
@@ -18,16 +20,20 @@ class Locale {
   public:
     explicit Locale(const char *name) : before_(std::setlocale(LC_ALL, nullptr)) {
         set_ = std::setlocale(LC_ALL, name) != nullptr;
+        const char *point = std::localeconv()->decimal_point;
+        hasOtherPoint_ = set_ && std::string_view(point) != ".";
     }
     ~Locale() { std::setlocale(LC_ALL, before_.c_str()); }
     Locale(const Locale &) = delete;
     Locale &operator=(const Locale &) = delete;
 
     bool isSet() const { return set_; }
+    bool hasOtherPoint() const { return hasOtherPoint_; }
 
   private:
     std::string before_;
     bool set_ = false;
+    bool hasOtherPoint_ = false;  // than "."
 };
 
 // Multibyte, single-byte, and ones with letters and numbers of their own. Not every system has all.
@@ -104,19 +110,52 @@ std::string everythingAboutNames() {
     return all;
 }
 
+// Values whose spelling some locale might see otherwise: points, grouped digits, letters.
+std::string everythingAboutValues() {
+    std::string all;
+    for (const char *value :
+         {"1",          "-1",         "1.5",        "1,5",
+          "1.000",      "1,000",      "1'000",      "\xD9\xA3",
+          "true",       "TRUE",       "\xC3\xA9",   "a:b",
+          "http://a/b", "0aF",        "AbC=",       "P1Y2M3DT4H5M6S",
+          "2024-02-29", "12:00:00.5", "12:00:00,5", "2024-02-29T12:00:00.25+01:00",
+          "de-de",      "\xA8\xA6"}) {
+        for (std::uint32_t code = 0; code < 48; ++code) {
+            all += std::to_string(SCHEMA_CheckBaseTypeNonNull(code, value)) + ' ';
+        }
+        for (const char *bound : {"1", "1.2", "12:00:00.45"}) {
+            for (const std::uint32_t code :
+                 {SCHEMA_TYPE_LONG, SCHEMA_TYPE_UNSIGNED_LONG, SCHEMA_TYPE_TIME}) {
+                const SchemaFacet facet = {bound, SCHEMA_FACET_MAX_INCLUSIVE, code};
+                char message[200] = "";
+                all += std::to_string(Schema_CheckFacet(&facet, value, sizeof message, message)) +
+                       message + ' ';
+            }
+        }
+        const support::NodePtr root(XML_DOM_CreateElementWithText("a", value));
+        long long number = 0;
+        all += std::to_string(XML_DOM_GetSelectSingleNodeAsInt64(root.get(), "", &number)) + '=' +
+               std::to_string(number) + '\n';
+    }
+    return all;
+}
+
 TEST(Locale, ChangesNothing) {
+    const std::string before = std::setlocale(LC_ALL, nullptr);
     std::vector<std::string> expected;
     {
         const Locale plain("C");
         ASSERT_TRUE(plain.isSet());
         for (const std::string &document : samples()) expected.push_back(everythingAbout(document));
         expected.push_back(everythingAboutNames());
+        expected.push_back(everythingAboutValues());
     }
-    std::size_t tried = 0;
+    std::size_t tried = 0, withOtherPoint = 0;
     for (const char *name : kLocales) {
         const Locale locale(name);
         if (!locale.isSet()) continue;
         ++tried;
+        withOtherPoint += locale.hasOtherPoint();
         std::size_t i = 0;
         for (const std::string &document : samples()) {
             EXPECT_TRUE(everythingAbout(document) == expected[i])
@@ -124,9 +163,14 @@ TEST(Locale, ChangesNothing) {
             ++i;
         }
         EXPECT_EQ(everythingAboutNames(), expected[i]) << name;
+        EXPECT_EQ(everythingAboutValues(), expected[i + 1]) << name;
     }
     EXPECT_GE(tried, 2u);  // POSIX and the environment's at the very least
-    EXPECT_STREQ(std::setlocale(LC_ALL, nullptr), "C");
+    // scripts/test-locales makes the locales that a system may not have.
+    if (std::getenv("COMPACTXML_TEST_LOCALE")) {
+        EXPECT_GE(withOtherPoint, 1u);
+    }
+    EXPECT_EQ(std::setlocale(LC_ALL, nullptr), before);
 }
 
 }  // namespace

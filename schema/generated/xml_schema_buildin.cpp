@@ -1,5 +1,6 @@
 // The built-in schema, xml_schema_buildin, in the form that xsd2c gives to all schemas.
 #include "compactxml.h"
+#include "io/wrapping.h"
 
 const char *g_szGatherXsd_xml_schema_buildin = "____xsd2c_xsd_filename____:xml_schema_buildin.xsd";
 
@@ -212,7 +213,7 @@ const SchemaComplexType *Schema_BLDIN_anyType(void) noexcept {
     return &kTypes.anyType_;
 }
 
-uint32_t SchemaReg_xml_schema_buildin(SchemaRoot *root) noexcept {
+COMPACTXML_WRAPS uint32_t SchemaReg_xml_schema_buildin(SchemaRoot *root) noexcept {
     uint32_t result = XML_OK;
     for (const SchemaTopObject &object : kTopObjects) result += Schema_RegTopObject(root, &object);
     return result;

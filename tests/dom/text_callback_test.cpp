@@ -146,6 +146,19 @@ TEST(TextCallback, NullFailsTheCall) {
     EXPECT_EQ(translate(text.get(), &state).result, XML_REFUSED);
 }
 
+// What is in an element is written even when its start tag fails; it knows where it is all the same.
+TEST(TextCallback, SeesItsPathBelowAStartTagThatFails) {
+    const NodePtr root = sample();
+    ASSERT_TRUE(XML_DOM_AddAttrInner(root->firstChild, "x", "\xFF"));
+    Script script;
+    XML_DOM_TranslateState state{};
+    state.userData = &script;
+    state.textCallback = Script::callback;
+    EXPECT_NE(translate(root.get(), &state).result, XML_OK);
+    EXPECT_EQ(script.paths, (std::vector<std::string>{"a/b", "a/b"}));
+    EXPECT_EQ(state.depth, 0u);
+}
+
 // A text that does not convert is a child that fails: its siblings are not asked for theirs.
 TEST(TextCallback, IsNotAskedAgainBehindAFailure) {
     const NodePtr root = sample();
