@@ -45,8 +45,8 @@ class HugeString {
         close(fd);
         if (!valid_) return;
         char *const end = base() + text.length;
-        std::memcpy(base(), text.head.data(), text.head.size());
-        std::memcpy(end - text.tail.size(), text.tail.data(), text.tail.size());
+        text.head.copy(base(), text.head.size());
+        text.tail.copy(end - text.tail.size(), text.tail.size());
         *end = '\0';
     }
     ~HugeString() {
