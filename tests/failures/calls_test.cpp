@@ -40,14 +40,19 @@ void forRows(std::size_t failures::Reached::*calls,
     EXPECT_GT(rows, 0u);
 }
 
-// Calls of each function that fails, once and from there on.
-void forCalls(std::size_t count,
-              const std::function<void(std::size_t nth, bool persistent)> &check) {
+// Each call in turn that fails, once and from there on, with each of the errors; calls far on, which are
+// like those before them, with one of the errors in turn.
+void forCalls(std::size_t count, const std::vector<int> &errors,
+              const std::function<void(std::size_t nth, bool persistent, int error)> &check) {
+    constexpr std::size_t kNear = 8;
     for (const bool persistent : {false, true}) {
         for (std::size_t nth = 1; nth <= count; ++nth) {
-            SCOPED_TRACE(testing::Message()
-                         << "call " << nth << (persistent ? " and all later ones" : ""));
-            check(nth, persistent);
+            for (std::size_t i = 0; i < errors.size(); ++i) {
+                if (nth > kNear && i != nth % errors.size()) continue;
+                SCOPED_TRACE(testing::Message() << "call " << nth << ", error " << errors[i]
+                                                << (persistent ? " and all later ones" : ""));
+                check(nth, persistent, errors[i]);
+            }
         }
     }
 }
@@ -98,19 +103,18 @@ TEST(Calls, ShortReads) {
 // that ends there, and it is not asked again.
 TEST(Calls, ReadsThatFail) {
     forRows(&failures::Reached::reads, [](const Row &row, const Attempt &reference) {
-        for (const int error : {EIO, EINTR, EAGAIN, EISDIR, 0}) {
-            forCalls(reference.reached.reads, [&](std::size_t nth, bool persistent) {
-                Faults faults;
-                faults.files.failAt = nth;
-                faults.files.failErrno = error;
-                faults.files.persistent = persistent;
-                const Attempt tried = attempt(row, faults);
-                Faults shorter;
-                shorter.fileLimit = tried.bytesRead;
-                expectSame(attempt(row, shorter), tried);
-                EXPECT_EQ(tried.reached.reads, nth);
-            });
-        }
+        const std::vector<int> errors{EIO, EINTR, EAGAIN, EISDIR, 0};
+        forCalls(reference.reached.reads, errors, [&](std::size_t nth, bool persistent, int error) {
+            Faults faults;
+            faults.files.failAt = nth;
+            faults.files.failErrno = error;
+            faults.files.persistent = persistent;
+            const Attempt tried = attempt(row, faults);
+            Faults shorter;
+            shorter.fileLimit = tried.bytesRead;
+            expectSame(attempt(row, shorter), tried);
+            EXPECT_EQ(tried.reached.reads, nth);
+        });
     });
 }
 
@@ -144,18 +148,18 @@ TEST(Calls, WritesThatAreInterruptedAreMadeAgain) {
 // The call is refused, and what stands in the file is the beginning of what should.
 TEST(Calls, WritesThatFail) {
     forRows(&failures::Reached::writes, [](const Row &row, const Attempt &reference) {
-        for (const int error : {EIO, ENOSPC, EFBIG, EPIPE, EAGAIN, 0}) {
-            forCalls(reference.reached.writes, [&](std::size_t nth, bool persistent) {
-                Faults faults;
-                faults.files.failAt = nth;
-                faults.files.failErrno = error;
-                faults.files.persistent = persistent;
-                const Attempt tried = attempt(row, faults);
-                EXPECT_EQ(tried.answer, Answer::kRefused);
-                EXPECT_EQ(tried.reached.writes, nth);
-                failures::expectKept(row, reference, tried);
-            });
-        }
+        const std::vector<int> errors{EIO, ENOSPC, EFBIG, EPIPE, EAGAIN, 0};
+        forCalls(reference.reached.writes, errors,
+                 [&](std::size_t nth, bool persistent, int error) {
+                     Faults faults;
+                     faults.files.failAt = nth;
+                     faults.files.failErrno = error;
+                     faults.files.persistent = persistent;
+                     const Attempt tried = attempt(row, faults);
+                     EXPECT_EQ(tried.answer, Answer::kRefused);
+                     EXPECT_EQ(tried.reached.writes, nth);
+                     failures::expectKept(row, reference, tried);
+                 });
     });
 }
 
@@ -195,47 +199,49 @@ void expectRefusedOrSame(const Row &row, const Attempt &reference, const Faults 
 TEST(Calls, ConvertersThatDoNotOpen) {
     if (!convertersAreSeen()) GTEST_SKIP() << "iconv_open has another name here";
     forRows(&failures::Reached::converters, [](const Row &row, const Attempt &reference) {
-        for (const int error : {EINVAL, ENOMEM, EMFILE}) {
-            forCalls(reference.reached.converters, [&](std::size_t nth, bool persistent) {
-                Faults faults;
-                faults.opening = CallPlan{nth, persistent, error};
-                expectRefusedOrSame(row, reference, faults);
-            });
-        }
+        const std::vector<int> errors{EINVAL, ENOMEM, EMFILE};
+        forCalls(reference.reached.converters, errors,
+                 [&](std::size_t nth, bool persistent, int error) {
+                     Faults faults;
+                     faults.opening = CallPlan{nth, persistent, error};
+                     expectRefusedOrSame(row, reference, faults);
+                 });
     });
 }
 
 TEST(Calls, ConversionsThatFail) {
     if (!convertersAreSeen()) GTEST_SKIP() << "iconv has another name here";
     forRows(&failures::Reached::conversions, [](const Row &row, const Attempt &reference) {
-        for (const int error : {EILSEQ, ENOMEM}) {
-            forCalls(reference.reached.conversions, [&](std::size_t nth, bool persistent) {
-                Faults faults;
-                faults.converting = CallPlan{nth, persistent, error};
-                const Attempt tried = attempt(row, faults);
-                EXPECT_TRUE(tried.failed);
-                if (tried.hasInput && tried.answer == Answer::kGood) {
-                    // Intended: what does not convert is the end of the input.
-                    failures::expectNothingLeft(tried);
-                    EXPECT_EQ(reference.bytes.compare(0, tried.bytes.size(), tried.bytes), 0);
-                } else if (tried.account.find("invalid value of QName") != std::string::npos) {
-                    // A name that does not convert is none.
-                    failures::expectNothingLeft(tried);
-                } else {
-                    failures::expectKept(row, reference, tried);
-                }
-            });
-        }
+        const std::vector<int> errors{EILSEQ, ENOMEM};
+        forCalls(reference.reached.conversions, errors,
+                 [&](std::size_t nth, bool persistent, int error) {
+                     Faults faults;
+                     faults.converting = CallPlan{nth, persistent, error};
+                     const Attempt tried = attempt(row, faults);
+                     EXPECT_TRUE(tried.failed);
+                     if (tried.hasInput && tried.answer == Answer::kGood) {
+                         // Intended: what does not convert is the end of the input.
+                         failures::expectNothingLeft(tried);
+                         EXPECT_EQ(reference.bytes.compare(0, tried.bytes.size(), tried.bytes), 0);
+                     } else if (tried.account.find("invalid value of QName") != std::string::npos) {
+                         // A name that does not convert is none.
+                         failures::expectNothingLeft(tried);
+                     } else {
+                         failures::expectKept(row, reference, tried);
+                     }
+                 });
     });
 }
 
 TEST(Calls, PatternsThatDoNotCompile) {
     forRows(&failures::Reached::patterns, [](const Row &row, const Attempt &reference) {
-        forCalls(reference.reached.patterns, [&](std::size_t nth, bool persistent) {
-            Faults faults;
-            faults.compiling = CallPlan{nth, persistent, REG_ESPACE};
-            expectRefusedOrSame(row, reference, faults);
-        });
+        const std::vector<int> errors{REG_ESPACE};
+        forCalls(reference.reached.patterns, errors,
+                 [&](std::size_t nth, bool persistent, int error) {
+                     Faults faults;
+                     faults.compiling = CallPlan{nth, persistent, error};
+                     expectRefusedOrSame(row, reference, faults);
+                 });
     });
 }
 
