@@ -16,7 +16,7 @@ fl=(1) main.cpp
 fn=(1) bench_measured_run
 10 8
 +2 2
-cob=(2) /tmp/libcompactxml.so.0.1.0
+cob=(2) /tmp/libcompactxml.so.1.0.0
 cfi=(2) lexer.cpp
 cfn=(2) parse
 calls=1 20
@@ -50,7 +50,7 @@ totals: 244
 class CallgrindTest(unittest.TestCase):
     def test_counts_what_is_executed_in_each_file_once(self):
         costs = callgrind.instructions_by_object(OUTPUT)
-        self.assertEqual(costs, {"/tmp/program": 10, "/tmp/libcompactxml.so.0.1.0": 204,
+        self.assertEqual(costs, {"/tmp/program": 10, "/tmp/libcompactxml.so.1.0.0": 204,
                                  "/usr/lib/libc.so.6": 30})
 
     def test_a_job_without_bytes_is_counted_by_the_run(self):
