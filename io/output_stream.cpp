@@ -3,6 +3,7 @@
 #include <fcntl.h>
 #include <unistd.h>
 
+#include <algorithm>
 #include <cerrno>
 #include <cstdlib>
 #include <cstring>
@@ -80,6 +81,10 @@ constexpr uint32_t capacityFor(uint32_t need) {
     return (need & ~0x3FFu) + 0x400;
 }
 
+// The largest block: of the largest capacity, or what pointers of the machine can span.
+constexpr uint32_t kMostAllocated =
+    static_cast<uint32_t>(std::min<uint64_t>(capacityFor(kMostNeeded), PTRDIFF_MAX));
+
 // Makes the real block hold capacity bytes. From 64 KiB on it grows by half its size, so that the
 // 1024-byte steps in which capacity grows do not copy a large buffer again and again.
 bool reserveBlock(MemBuf *buf, uint32_t capacity) {
@@ -87,9 +92,9 @@ bool reserveBlock(MemBuf *buf, uint32_t capacity) {
     if (!isAddressable(capacity)) return false;
     uint32_t wanted = capacity;
     if (buf->allocated >= kLargeBlock) {
-        const uint32_t generous = buf->allocated <= UINT32_MAX / 3 * 2
+        const uint32_t generous = buf->allocated <= kMostAllocated / 3 * 2
                                       ? buf->allocated + buf->allocated / 2
-                                      : capacityFor(kMostNeeded);
+                                      : kMostAllocated;
         if (generous > wanted) wanted = generous;
     }
     void *block = std::realloc(buf->data, wanted);
