@@ -36,8 +36,8 @@ class Library {
     bool loaded() const { return handle_; }
 
     template <typename Function>
-    Function *find(Function &, const char *name) const {
-        auto *function = reinterpret_cast<Function *>(::dlsym(handle_, name));
+    Function find(const char *name) const {
+        auto function = reinterpret_cast<Function>(::dlsym(handle_, name));
         if (!function) std::abort();
         return function;
     }
@@ -46,7 +46,8 @@ class Library {
     void *handle_;
 };
 
-#define FIND(library, function) library.find(function, #function)
+// Takes the type of a function, not the function: the program is linked without the library.
+#define FIND(library, function) library.find<decltype(&function)>(#function)
 
 // Whether a document is parsed, built, valid and written.
 bool use(const Library &library) {
