@@ -131,7 +131,7 @@ std::string printable(std::string_view utf8) {
         } else if (code == '\n' || code == '\t' || code == '\r') {
             result += code == '\n' ? "\\n" : code == '\t' ? "\\t" : "\\r";
         } else if (code < 0x20 || (code >= 0x7F && code < 0xA0)) {
-            char escape[8];
+            char escape[sizeof "\\xFFFFFFFF"];
             std::snprintf(escape, sizeof escape, "\\x%02X", static_cast<unsigned>(code));
             result += escape;
         } else {
