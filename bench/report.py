@@ -1,10 +1,10 @@
 #!/usr/bin/env python3
 """report.py - writes docs/performance.md and its charts from the figures of a run.
 
-usage: report.py BUILD COMMAND NOTES.md PERFORMANCE.md
+usage: report.py RESULTS.json NOTES.md PERFORMANCE.md
 
-Takes what scripts/bench left in the build directory; what is not there is left out. Charts are put
-into a directory beside the report. The notes, which are written by hand, become its last part.
+Takes what results.py keeps of a run; what was not measured is left out. Charts are put into a
+directory beside the report. The notes, which are written by hand, become its last part.
 """
 import os
 import sys
@@ -13,14 +13,16 @@ import growth
 import instructions
 import machine
 import report_charts
+import results
 import runs as bench_runs
 import targets
 
 INTRODUCTION = """# Performance
 
-Written by `scripts/bench --report` from one run; changes by hand are lost, but for the last part,
-which is [`bench/notes.md`](../bench/notes.md). What the jobs, contestants and documents are stands
-in [`bench/README.md`](../bench/README.md)."""
+Written by `scripts/bench --report` from one run, whose figures are kept in
+[`bench/results.json`](../bench/results.json); changes by hand are lost, but for the last part, which
+is [`bench/notes.md`](../bench/notes.md). What the jobs, contestants and documents are stands in
+[`bench/README.md`](../bench/README.md)."""
 
 READING = """Every figure is the median over the repetitions of this one run, which are interleaved
 in random order; what follows `±` is half the distance between the fastest and the slowest. MB are
@@ -209,33 +211,13 @@ def instruction_text(count):
     return f"{count.per_byte(count.all):,.{digits}f}{inside}"
 
 
-class Figures:
-    """All that scripts/bench left in a build directory."""
-
-    def __init__(self, directory):
-        def path(name):
-            found = os.path.join(directory, name)
-            return [found] if os.path.exists(found) else []
-
-        def lines(name):
-            return [line for file in path(name) for line in bench_runs.read_lines(file)]
-
-        self.runs = bench_runs.read(path("bench.json"))
-        self.grown = bench_runs.read(path("growth.json"))
-        self.heap = lines("heap.jsonl")
-        self.counts = [instructions.as_count(line) for line in lines("instructions.jsonl")]
-        self.grown_counts = [instructions.as_count(line)
-                             for line in lines("growth-instructions.jsonl")]
-
-
-def compose(figures, charts, command, notes):
+def compose(figures, charts, notes):
     """The report as Markdown."""
-    runs = figures.runs
-    libraries = machine.libraries(runs.context["executable"])
-    about = [*machine.description(runs), ("command", f"`{command}`")]
+    runs, libraries = figures.runs, figures.libraries
     jobs = [job for job in runs.jobs() if not job.startswith("limit")]
     limits = [job for job in runs.jobs() if job.startswith("limit")]
-    parts = [INTRODUCTION, table(("", ""), about, left=2), READING,
+    summary = ["![Beside its peers](performance/summary.svg)"] if "summary.svg" in charts else []
+    parts = [INTRODUCTION, table(("", ""), figures.about.items(), left=2), READING, *summary,
              target_section(runs, libraries), loss_section(runs), "## Jobs",
              *(job_section(runs, job, charts) for job in jobs + limits)]
     if figures.grown.figures or figures.grown_counts:
@@ -249,27 +231,26 @@ def compose(figures, charts, command, notes):
     return "\n\n".join([*parts, notes.strip()]) + "\n"
 
 
-def write(path, content):
-    with open(path, "w", encoding="utf-8") as file:
-        file.write(content)
+def pages(figures, notes, name):
+    """{file name: content} of the report and its charts, which go into a directory of that name."""
+    charts = report_charts.all_charts(figures)
+    found = {os.path.join(name, chart): content for chart, content in charts.items()}
+    return {f"{name}.md": compose(figures, charts, notes), **found}
 
 
 def main(arguments):
-    if len(arguments) != 5:
+    if len(arguments) != 4:
         sys.exit(__doc__)
-    build, command, notes_path, report_path = arguments[1:]
-    figures = Figures(build)
-    if not figures.runs.figures:
-        sys.exit("report.py: nothing was measured")
+    results_path, notes_path, report_path = arguments[1:]
     with open(notes_path, encoding="utf-8") as file:
         notes = file.read()
-    charts = report_charts.all_charts(figures.runs, figures.grown)
-    directory = os.path.splitext(report_path)[0]
-    os.makedirs(directory, exist_ok=True)
-    for name, content in charts.items():
-        write(os.path.join(directory, name), content)
-    write(report_path, compose(figures, charts, command, notes))
-    print(f"written: {report_path} and {len(charts)} charts in {directory}/")
+    directory, name = os.path.split(os.path.splitext(report_path)[0])
+    written = pages(results.read(results_path), notes, name)
+    os.makedirs(os.path.join(directory, name), exist_ok=True)
+    for path, content in written.items():
+        with open(os.path.join(directory, path), "w", encoding="utf-8") as file:
+            file.write(content)
+    print(f"written: {report_path} and {len(written) - 1} charts in {directory}/{name}/")
     return 0
 
 

@@ -1,17 +1,20 @@
 /* compactxml.h - reading, building, editing and writing XML configuration documents.
  *
- * C11 and C++20. This is the one public header of libcompactxml; nothing else is installed.
+ * C11 and C++20. All of libcompactxml is declared here; compactxml.hpp is an optional layer on top.
  *
  * What holds for every function here:
  *
- *   Results      A uint32_t result is XML_OK (0) or a refusal, nearly always XML_REFUSED
- *                (0x40010001), unless its entry says otherwise. Functions that return a pointer
- *                return null where they refuse.
+ *   Results      A uint32_t result is XML_OK (0) or XML_REFUSED (0x40010001), unless the entry or
+ *                its group says otherwise. Functions that return a pointer return null where they
+ *                refuse.
  *   Arguments    A missing (null) pointer is refused without side effects. An output pointer named
  *                lengthOut may be null. Getters answer null (or the value told) for null.
  *   Failure      A refused call leaves the tree or stream as it was, but for what an output stream
  *                holds back of a character that an append split; what was half made is freed.
  *                Exhausted memory is a refusal like any other.
+ *   Records      A node belongs to its parent, a root and a detached node to the caller, who frees
+ *                it with all below it by XML_DOM_DelNode. Attributes and declarations belong to
+ *                their element.
  *   Strings      Strings handed in are copied. Strings handed out belong to the record they come
  *                from and live as long as it does, unless the entry says that the caller frees
  *                them (always with free()). Lengths and sizes count bytes.
@@ -599,7 +602,8 @@ COMPACTXML_API XML_DOM_Node *XML_DOM_GetRoot(const XML_DOM_Node *node) COMPACTXM
  * document. */
 COMPACTXML_API const char *XML_DOM_GetVersion(const XML_DOM_Node *node) COMPACTXML_NOEXCEPT;
 
-/* Tells the encoding number of the node's document; XML_ENCODING_UNKNOWN without a document. */
+/* Tells the encoding number of the node's document; XML_ENCODING_UNKNOWN for null and without a
+ * document. */
 COMPACTXML_API uint32_t XML_DOM_GetEncoding(const XML_DOM_Node *node) COMPACTXML_NOEXCEPT;
 
 /* Sets the encoding in which the node's document will be written.
@@ -705,13 +709,14 @@ COMPACTXML_API XML_DOM_Node *XML_DOM_CreateElementWithCData(const char *name,
 COMPACTXML_API uint32_t XML_DOM_AddChildNode(XML_DOM_Node *parent,
                                              XML_DOM_Node *child) COMPACTXML_NOEXCEPT;
 
-/* Inserts a node immediately before another under the same parent.
+/* Inserts a node immediately before another under the same parent, which then owns it.
  *
  *   reference    a node that has a parent
  *   newnode      a detached node; this is not checked, and a node that is still linked elsewhere or
  *                stands above the reference breaks the tree
  *
- * Refuses a reference without a parent. Cost: one step for each sibling before the reference. */
+ * Refuses a null argument and a reference without a parent. Cost: one step for each sibling before
+ * the reference. */
 COMPACTXML_API uint32_t XML_DOM_InsertBeforeNode(XML_DOM_Node *reference,
                                                  XML_DOM_Node *newnode) COMPACTXML_NOEXCEPT;
 
@@ -784,7 +789,8 @@ COMPACTXML_API uint32_t XML_DOM_CopySubTree(XML_DOM_Node *target,
  * document, and as XML_DOM_CopyNode. */
 COMPACTXML_API XML_DOM_Node *XML_DOM_CopyRoot(const XML_DOM_Node *node) COMPACTXML_NOEXCEPT;
 
-/* Compares two strings as strcmp does, a null string counting as the empty one. */
+/* Compares two strings as strcmp does, a null string counting as the empty one. Returns a number
+ * below, at or above 0; never refuses. */
 COMPACTXML_API int XML_Strcmp(const char *a, const char *b) COMPACTXML_NOEXCEPT;
 
 /* ---------------------------------------------------------------- paths and scans */
@@ -841,8 +847,8 @@ COMPACTXML_API uint32_t XML_DOM_GetSelectSingleNodeAsInt64(const XML_DOM_Node *c
                                                            const char *path,
                                                            long long *valueOut) COMPACTXML_NOEXCEPT;
 
-/* The same for an unsigned integer, as sscanf("%llu") would: a minus sign is accepted, and -1 gives
- * the greatest number. */
+/* Reads an unsigned integer as XML_DOM_GetSelectSingleNodeAsInt64 does, as sscanf("%llu") would: a
+ * minus sign is accepted, and -1 gives the greatest number. */
 COMPACTXML_API uint32_t
 XML_DOM_GetSelectSingleNodeAsUInt64(const XML_DOM_Node *context, const char *path,
                                     unsigned long long *valueOut) COMPACTXML_NOEXCEPT;
@@ -868,7 +874,7 @@ COMPACTXML_API XML_DOM_Node *DOM_XPath_GetRootElement(
 
 /* ---------------------------------------------------------------- attributes */
 
-/* Adds an attribute at the end of an element's list.
+/* Adds an attribute at the end of an element's list; the element owns it.
  *
  *   prefix       null or empty for none; otherwise declared on the element or above, or "xml"
  *   name         a name without a colon, not "xmlns", in GB18030
@@ -881,13 +887,14 @@ COMPACTXML_API XML_DOM_Attr *XML_DOM_AddAttr(XML_DOM_Node *element, const char *
                                              const char *name,
                                              const char *value) COMPACTXML_NOEXCEPT;
 
-/* Adds an attribute without a namespace and without checking anything but null pointers. Null for
- * exhausted memory. */
+/* Adds an attribute without a namespace and without checking anything but null pointers. Returns the
+ * attribute, which the element owns; null for a null argument or exhausted memory. */
 COMPACTXML_API XML_DOM_Attr *XML_DOM_AddAttrInner(XML_DOM_Node *element, const char *name,
                                                   const char *value) COMPACTXML_NOEXCEPT;
 
-/* Sets the prefix of an attribute, resolved from its element; null or empty removes it. Refuses an
- * undeclared prefix; the attribute then stays as it was. */
+/* Sets the prefix of an attribute, resolved from its element; null or empty removes it. Refuses a
+ * null attribute and an undeclared prefix; the attribute then stays as it was. Whether another
+ * attribute has that name already is not looked for. */
 COMPACTXML_API uint32_t XML_DOM_SetAttrNsInner(XML_DOM_Attr *attribute,
                                                const char *prefix) COMPACTXML_NOEXCEPT;
 
@@ -905,7 +912,7 @@ COMPACTXML_API XML_DOM_Attr *XML_DOM_GetFirstAttr(const XML_DOM_Node *element) C
 /* The attribute after this one, or null. */
 COMPACTXML_API XML_DOM_Attr *XML_DOM_GetNextAttr(const XML_DOM_Attr *attribute) COMPACTXML_NOEXCEPT;
 
-/* The value of an attribute. */
+/* The value of an attribute; null for null. */
 COMPACTXML_API const char *XML_DOM_GetAttrValByHandle(const XML_DOM_Attr *attribute)
     COMPACTXML_NOEXCEPT;
 
@@ -940,12 +947,13 @@ COMPACTXML_API const char *XML_DOM_GetNodeAttrValByName(const XML_DOM_Node *elem
  *   prefix         null or empty declares the default namespace
  *   namespaceName  null or empty undeclares the default namespace and is refused with a prefix
  *
- * Refuses a prefix that this element has declared already; exhausted memory. */
+ * Refuses a null element, a prefix that this element has declared already, and exhausted memory.
+ * Neither prefix nor name is checked further: see XML_CheckQName and XML_CheckNamespace. */
 COMPACTXML_API uint32_t XML_DOM_AddNodeNameSpace(XML_DOM_Node *element, const char *prefix,
                                                  const char *namespaceName) COMPACTXML_NOEXCEPT;
 
-/* Declares a prefix on an element or gives the declaration that is there a new namespace name;
- * otherwise as XML_DOM_AddNodeNameSpace. */
+/* Declares a prefix on an element or gives the declaration that is there a new namespace name,
+ * for all that use it; otherwise as XML_DOM_AddNodeNameSpace. */
 COMPACTXML_API uint32_t XML_DOM_SetNodeDefineNsVal(XML_DOM_Node *element, const char *prefix,
                                                    const char *namespaceName) COMPACTXML_NOEXCEPT;
 
@@ -1007,8 +1015,8 @@ COMPACTXML_API uint32_t XML_OutTextString(const char *text, XML_WriteFn write,
  *
  *   lengthOut    takes the length in bytes without the terminating NUL
  *
- * Returns a new string that ends in a NUL of the document's encoding; the caller frees it. Null if
- * anything fails. */
+ * Returns a new string that ends in a NUL of the document's encoding; the caller frees it. Null, with
+ * lengthOut untouched, for a null node and if anything fails. */
 COMPACTXML_API char *XML_DOM_NodeBegin2Str(const XML_DOM_Node *node, uint32_t flags,
                                            uint32_t *lengthOut) COMPACTXML_NOEXCEPT;
 
@@ -1024,7 +1032,8 @@ COMPACTXML_API char *XML_DOM_NodeEnd2Str(const XML_DOM_Node *node,
  *   bufferOut    takes the buffer, which the caller frees; untouched on failure
  *   lengthOut    takes its length in bytes without the terminating NUL
  *
- * Cost: linear in the output. */
+ * Refuses a null node or bufferOut, text that does not convert, output of 4 GB or more, and exhausted
+ * memory. Cost: linear in the output. */
 COMPACTXML_API uint32_t XML_DOM_TranslateStr(const XML_DOM_Node *node, uint32_t flags,
                                              char **bufferOut,
                                              uint32_t *lengthOut) COMPACTXML_NOEXCEPT;
@@ -1044,10 +1053,13 @@ COMPACTXML_API uint32_t XML_DOM_TranslateStr4AllChild(const XML_DOM_Node *node, 
 
 /* Writes as XML_DOM_TranslateStr does, piece by piece to a sink instead of into one buffer.
  *
- *   sink         gets each piece in the document's encoding; its bytes live during the call only
+ *   sink         gets each piece in the document's encoding; its bytes live during the call only.
+ *                Any result but 0 fails the call
+ *   sinkContext  handed to sink
  *
- * A failed piece ends the list of declarations, attributes or children it stands in; end tags are
- * still offered. */
+ * Refuses a null node or sink, text that does not convert, exhausted memory and what the sink fails;
+ * the pieces before it have been handed over then. A failed piece ends the list of declarations,
+ * attributes or children it stands in; end tags are still offered. */
 COMPACTXML_API uint32_t XML_DOM_OutPutTranslateStr(const XML_DOM_Node *node, uint32_t flags,
                                                    XML_WriteFn sink,
                                                    void *sinkContext) COMPACTXML_NOEXCEPT;
@@ -1059,14 +1071,15 @@ COMPACTXML_API uint32_t XML_DOM_OutPutTranslateStr(const XML_DOM_Node *node, uin
  * but the named file is opened.
  *
  * errorBuffer takes one message, cut to errorSize bytes (the NUL included) and in GB18030, when the
- * result is null; it may be null.
+ * result is null; it may be null. It is untouched when the file cannot be opened, and may be where
+ * memory is exhausted before the parse begins.
  */
 
 /* Parses the document in a file and returns the root element of a new tree.
  *
  *   path         the file; "" and unreadable files are refused
  *   errorSize    bytes at errorBuffer, room for the final NUL included
- *   errorBuffer  takes the message; untouched when the file cannot be opened
+ *   errorBuffer  takes the message
  *
  * Returns the root, which the caller frees with XML_DOM_DelNode. Returns null, with nothing left
  * allocated, for a missing argument, exhausted memory or a document that is not accepted.
@@ -1090,8 +1103,9 @@ COMPACTXML_API XML_DOM_Node *XML_DOM_BuildTreeByMemList(const XML_IO_MemList *li
                                                         uint32_t errorSize,
                                                         char *errorBuffer) COMPACTXML_NOEXCEPT;
 
-/* The callbacks that build the tree, for the library's own parses only: handler->userData must be
- * the builder's own state. They report failure by setting context->status to 1. */
+/* Begins an element. This and the five that follow are the callbacks that build the tree, for the
+ * library's own parses only: handler->userData must be the builder's own state. They report failure,
+ * such as exhausted memory, by setting context->status to 1. */
 COMPACTXML_API void XML_SAX_StartElementNs(XML_Parser_Ctx *context, const char *localName,
                                            const char *prefix, const char *namespaceName,
                                            int declarationCount, const char **declarations,
@@ -1128,7 +1142,9 @@ COMPACTXML_API void XML_SAX_Error(XML_Parser_Ctx *context, const char *format,
  * name, value or text need.
  */
 
-/* Parses the document in a file. */
+/* Parses the document in a file.
+ *
+ *   path         the file; "" and unreadable files are refused */
 COMPACTXML_API uint32_t XML_Parser_ByFile(const char *path,
                                           XML_SAX_Handler *handler) COMPACTXML_NOEXCEPT;
 
@@ -1145,19 +1161,22 @@ COMPACTXML_API uint32_t XML_Parser_ByMemList(const XML_IO_MemList *list,
 
 /* Checks a namespace declaration.
  *
- *   prefix       null for the default namespace
+ *   prefix       null or empty for the default namespace
  *   uri          the namespace name; null is refused
  *
  * Refuses an empty name for a prefix, the prefix "xmlns", the name reserved for it, and every
  * pairing of the prefix "xml" or the XML namespace name with anything but each other. */
 COMPACTXML_API uint32_t XML_CheckNamespace(const char *prefix, const char *uri) COMPACTXML_NOEXCEPT;
 
-/* Checks that a string in GB18030 is a name without a colon (Namespaces in XML 1.0, NCName). */
+/* Checks that a string in GB18030 is a name without a colon (Namespaces in XML 1.0, NCName). Refuses
+ * every other one, null and the empty one among them, and exhausted memory, which a name beyond ASCII
+ * may need. */
 COMPACTXML_API uint32_t XML_CheckQName(const char *name) COMPACTXML_NOEXCEPT;
 
 /* ---------------------------------------------------------------- input streams
  *
- * A stream recognises a byte order mark when it opens. It keeps at least 64 bytes ahead of cur
+ * A stream recognises a byte order mark when it opens; that what follows cannot be converted is no
+ * refusal but shows in state. It keeps at least 64 bytes ahead of cur
  * while the source has them, provided that XML_IO_Grow is called after each character read.
  */
 
@@ -1165,15 +1184,17 @@ COMPACTXML_API uint32_t XML_CheckQName(const char *name) COMPACTXML_NOEXCEPT;
  *
  *   length       bytes at buffer; 0 is refused
  *
- * Returns the stream, to be released with XML_IO_DestroyByMem; null when refused. */
+ * Returns the stream, to be released with XML_IO_DestroyByMem; null for null bytes, length 0 and
+ * exhausted memory. */
 COMPACTXML_API XML_IO_InStream *XML_IO_ByMem(const char *buffer,
                                              uint32_t length) COMPACTXML_NOEXCEPT;
 
-/* Opens a stream over a file, to be released with XML_IO_DestroyByFile; null when refused. */
+/* Opens a stream over a file. Returns the stream, to be released with XML_IO_DestroyByFile; null for
+ * a file that cannot be opened and exhausted memory. */
 COMPACTXML_API XML_IO_InStream *XML_IO_ByFile(const char *path) COMPACTXML_NOEXCEPT;
 
-/* Opens a stream over a memory list, which must outlive it; to be released with
- * XML_IO_DestroyByMemList. Null when refused. */
+/* Opens a stream over a memory list, which must outlive it. Returns the stream, to be released with
+ * XML_IO_DestroyByMemList; null for a null list and exhausted memory. */
 COMPACTXML_API XML_IO_InStream *XML_IO_ByMemList(const XML_IO_MemList *list) COMPACTXML_NOEXCEPT;
 
 /* Refills the buffer if state is 0 and fewer than 64 bytes lie ahead of cur. Bytes before mark may
@@ -1195,7 +1216,7 @@ COMPACTXML_API uint32_t XML_IO_SwitchEncoding(XML_IO_InStream *stream,
 COMPACTXML_API int XML_IO_Strncmp(const XML_IO_InStream *stream, const char *s,
                                   uint32_t n) COMPACTXML_NOEXCEPT;
 
-/* The same, ignoring ASCII case. */
+/* Compares as XML_IO_Strncmp does, ignoring ASCII case: 1 or 0. */
 COMPACTXML_API int XML_IO_Strncasecmp(const XML_IO_InStream *stream, const char *s,
                                       uint32_t n) COMPACTXML_NOEXCEPT;
 
@@ -1240,7 +1261,8 @@ COMPACTXML_API uint32_t XML_IO_OutStreamAppend(XML_IO_OutStream *stream, const c
 COMPACTXML_API uint32_t XML_IO_OutStreamAppendSafe(XML_IO_OutStream *stream, const char *bytes,
                                                    uint32_t length) COMPACTXML_NOEXCEPT;
 
-/* Appends a NUL-terminated string, without its NUL. A string of 4 GB or more is refused. */
+/* Appends a NUL-terminated string, without its NUL, as XML_IO_OutStreamAppend does. Refuses a string
+ * of 4 GB or more, too. */
 COMPACTXML_API uint32_t XML_IO_OutStreamAppendString(XML_IO_OutStream *stream,
                                                      const char *s) COMPACTXML_NOEXCEPT;
 
@@ -1258,7 +1280,7 @@ COMPACTXML_API char *XML_IO_MemOutStreamDetachBuf(XML_IO_OutStream *stream,
 /* Empties a memory stream and keeps its allocation. Bytes held back stay held back. */
 COMPACTXML_API void XML_IO_MemOutStreamCleanBuf(XML_IO_OutStream *stream) COMPACTXML_NOEXCEPT;
 
-/* Calls fsync on the file of a file stream; does nothing for others. */
+/* Calls fsync on the file of a file stream; does nothing for others. That it failed is not told. */
 COMPACTXML_API void XML_IO_FileOutStreamFlush(XML_IO_OutStream *stream) COMPACTXML_NOEXCEPT;
 
 /* Releases a stream; null does nothing. The file is closed, not synced; held-back bytes are lost. */
@@ -1376,7 +1398,8 @@ COMPACTXML_API uint32_t Schema_LanguageHandler(const char *value) COMPACTXML_NOE
  */
 
 /* Prepares a root: clears the record, whatever it held, sets its defaults (attributes unqualified,
- * elements qualified) and registers the built-in types. Does nothing for null. */
+ * elements qualified) and registers the built-in types. Does nothing for null. Types that memory does
+ * not suffice for are left out without a word; SchemaReg_xml_schema_buildin would tell. */
 COMPACTXML_API void Schema_InitRoot(SchemaRoot *root) COMPACTXML_NOEXCEPT;
 
 /* Deregisters the built-in types. Objects of other schemas stay until they are deregistered, which
@@ -1421,7 +1444,8 @@ COMPACTXML_API uint32_t Schema_CheckAttrsAsElement(const SchemaRoot *root, const
 
 /* ---------------------------------------------------------------- the built-in schema */
 
-/* The built-in types, for the records of other schemas. */
+/* A built-in type, for the records of other schemas. Returns a constant record of the library; never
+ * null. */
 COMPACTXML_API const SchemaSimpleType *Schema_BLDIN_anySimpleType(void) COMPACTXML_NOEXCEPT;
 COMPACTXML_API const SchemaSimpleType *Schema_BLDIN_byte(void) COMPACTXML_NOEXCEPT;
 COMPACTXML_API const SchemaSimpleType *Schema_BLDIN_short(void) COMPACTXML_NOEXCEPT;
@@ -1452,14 +1476,15 @@ COMPACTXML_API const SchemaSimpleType *Schema_BLDIN_base64Binary(void) COMPACTXM
 COMPACTXML_API const SchemaSimpleType *Schema_BLDIN_anyURI(void) COMPACTXML_NOEXCEPT;
 COMPACTXML_API const SchemaSimpleType *Schema_BLDIN_QName(void) COMPACTXML_NOEXCEPT;
 COMPACTXML_API const SchemaSimpleType *Schema_BLDIN_language(void) COMPACTXML_NOEXCEPT;
-/* A complex type without content. */
+/* The built-in complex type, which has no content. Returns a constant record of the library; never
+ * null. */
 COMPACTXML_API const SchemaComplexType *Schema_BLDIN_anyType(void) COMPACTXML_NOEXCEPT;
 
 /* Registers the built-in types, as Schema_InitRoot does. Returns the sum of the 31 results: 0 when
  * all succeeded. */
 COMPACTXML_API uint32_t SchemaReg_xml_schema_buildin(SchemaRoot *root) COMPACTXML_NOEXCEPT;
 
-/* Deregisters the built-in types. Returns 0. */
+/* Deregisters the built-in types. Always returns 0. */
 COMPACTXML_API uint32_t SchemaDereg_xml_schema_buildin(SchemaRoot *root) COMPACTXML_NOEXCEPT;
 
 /* Names the schema document behind the built-in types; not read by the library. */
@@ -1486,7 +1511,8 @@ COMPACTXML_API uint32_t Schema_ValidateXml(XML_DOM_Node *rootElement, const Sche
 /* Validates as Schema_ValidateXml does.
  *
  *   mode         1 compares with the alternative namespaces of element declarations, where they have
- *                one; the declaration of the root is still found by its target namespace */
+ *                one; the declaration of the root is still found by its target namespace.
+ *                Others (16 bits are kept) are as 0, which is Schema_ValidateXml */
 COMPACTXML_API uint32_t Schema_ValidateXmlEx(XML_DOM_Node *rootElement,
                                              const SchemaRoot *schemaRoot, uint32_t mode,
                                              SchemaErrorInfo *errorInfo) COMPACTXML_NOEXCEPT;
