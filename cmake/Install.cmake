@@ -12,7 +12,7 @@ set_target_properties(compactxml_static PROPERTIES EXPORT_NAME static)
 install(TARGETS compactxml compactxml_static EXPORT compactxmlTargets
   LIBRARY COMPONENT runtime NAMELINK_COMPONENT development
   ARCHIVE COMPONENT development)
-install(FILES include/compactxml.h TYPE INCLUDE COMPONENT development)
+install(FILES include/compactxml.h include/compactxml.hpp TYPE INCLUDE COMPONENT development)
 
 configure_package_config_file(cmake/compactxmlConfig.cmake.in compactxmlConfig.cmake
   INSTALL_DESTINATION ${package_directory})

@@ -266,6 +266,36 @@ static uint32_t save(XML_DOM_Node *root, const char *path, uint32_t encoding) {
 }
 /* [save end] */
 
+/* [convert document] */
+/* Writes the document of one file to another one in another encoding, such as "GB18030". */
+static uint32_t convertDocument(const char *from, const char *to, const char *encodingName) {
+    uint32_t encoding = XML_DOM_EncodingStrToEnum(encodingName);
+    XML_DOM_Node *root = XML_DOM_BuildTreeByFile(from, 0, NULL);
+    uint32_t result = save(root, to, encoding); /* refuses null and XML_ENCODING_UNKNOWN */
+    XML_DOM_DelNode(root);
+    return result;
+}
+/* [convert document end] */
+
+/* [convert stream] */
+/* Appends all that a file holds, in UTF-8, to another file in another encoding. Pieces may end within a
+ * character. */
+static uint32_t convertStream(FILE *from, const char *to, uint32_t encoding) {
+    char piece[512];
+    size_t length;
+    XML_IO_OutStream *stream = XML_IO_FileOutStreamCreate(to, XML_ENCODING_UTF_8, encoding);
+    uint32_t result = stream ? XML_OK : XML_REFUSED;
+    while (result == XML_OK && (length = fread(piece, 1, sizeof piece, from)) > 0) {
+        result = XML_IO_OutStreamAppend(stream, piece, (uint32_t)length);
+    }
+    if (ferror(from)) result = XML_REFUSED;
+    if (stream && stream->pendingCount > 0) result = XML_REFUSED; /* half a character at the end */
+    XML_IO_FileOutStreamFlush(stream);
+    XML_IO_OutStreamDestroy(stream);
+    return result;
+}
+/* [convert stream end] */
+
 /* [check] */
 /* Tells whether a document is well-formed, without building anything. */
 static int isWellFormed(const char *document) {
@@ -274,6 +304,19 @@ static int isWellFormed(const char *document) {
 /* [check end] */
 
 static int handleErrors(void) {
+    XML_DOM_Node *vlan = XML_DOM_CreateElementNode("vlan");
+    XML_DOM_Node *text = XML_DOM_CreateTextNode("office");
+
+    /* [refusals] */
+    uint32_t failures = 0;
+    failures |= XML_DOM_SetNodeName(vlan, "VLAN 10"); /* refused: a name has no blank */
+    failures |= XML_DOM_AddChildNode(vlan, text);
+    failures |= XML_DOM_AddAttr(vlan, NULL, "id", "10") == NULL;
+    if (failures != XML_OK) printf("something was refused\n"); /* the rest was done */
+    /* [refusals end] */
+    int good = check(failures == XML_REFUSED && XML_DOM_GetFirstChild(vlan) == text, "refusals");
+    XML_DOM_DelNode(vlan);
+
     /* [errors] */
     static const char broken[] = "<vlans>\n  <vlan id=10/>\n</vlans>";
     char error[256];
@@ -281,7 +324,7 @@ static int handleErrors(void) {
         printf("%s\n", error); /* GB18030; the same bytes as UTF-8 while it is ASCII */
     }
     /* [errors end] */
-    return check(strncmp(error, "The Line 2 Column 12 :", 22) == 0, error) &
+    return good & check(strncmp(error, "The Line 2 Column 12 :", 22) == 0, error) &
            check(isWellFormed("<a/>") && !isWellFormed("<a>"), "well-formedness");
 }
 
@@ -310,6 +353,40 @@ static int validateFile(const char *path) {
 }
 /* [validate end] */
 
+/* Tells whether a file holds these bytes and no others. */
+static int holds(const char *path, const char *bytes, size_t length) {
+    char content[64];
+    FILE *file = fopen(path, "rb");
+    size_t got = file ? fread(content, 1, sizeof content, file) : 0;
+    if (file) fclose(file);
+    return got == length && memcmp(content, bytes, length) == 0;
+}
+
+/* Converts a file that holds plain text, and then one that holds a document. */
+static int convertFiles(const char *path) {
+    FILE *text = tmpfile();
+    if (!text) return check(0, "no temporary file");
+    fputs("\xe4\xbc\x9a", text);
+    rewind(text);
+    remove(path);
+    int good = check(convertStream(text, path, XML_ENCODING_GB18030) == XML_OK, "not converted") &
+               check(holds(path, "\xbb\xe1", 2), "converted wrongly");
+    fputs("\xe8\xae", text); /* two bytes of three */
+    rewind(text);
+    good &= check(convertStream(text, path, XML_ENCODING_GB18030) != XML_OK, "half a character");
+    fclose(text);
+
+    static const char document[] = "<a>\xe4\xbc\x9a</a>";
+    static const char expected[] = "<?xml version=\"1.0\" encoding=\"GB18030\"?><a>\xbb\xe1</a>";
+    FILE *file = fopen(path, "wb");
+    if (!file) return check(0, "no file");
+    fputs(document, file);
+    fclose(file);
+    good &= check(convertDocument(path, path, "GB18030") == XML_OK, "no document converted") &
+            check(holds(path, expected, sizeof expected - 1), "the document came out wrong");
+    return good & check(convertDocument(path, path, "EBCDIC") != XML_OK, "an unknown encoding");
+}
+
 int main(int argc, char **argv) {
     if (argc != 3) {
         fprintf(stderr, "usage: guide DOCUMENT FILE_TO_WRITE\n");
@@ -329,5 +406,6 @@ int main(int argc, char **argv) {
     good &= check(save(interface, argv[2], XML_ENCODING_UTF_16LE) == XML_OK, "nothing saved");
     XML_DOM_DelNode(interface);
     good &= readFile(argv[2]);
+    good &= convertFiles(argv[2]);
     return good ? EXIT_SUCCESS : EXIT_FAILURE;
 }

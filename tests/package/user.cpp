@@ -1,9 +1,12 @@
-#include <compactxml.h>
-
-#include <cstring>
+#include <compactxml.hpp>
 
 #include "ports.h"
 
 int main() {
-    return std::strcmp(Schema_NET_portNumber()->name, "portNumber") == 0 ? 0 : 1;
+    const auto ports = compactxml::parse("<ports><port>1</port></ports>");
+    compactxml::Schemas schemas;
+    return ports && schemas.add(SchemaReg_ports, SchemaDereg_ports) && schemas.validate(*ports) &&
+                   Schema_NET_portNumber()->name == std::string_view("portNumber")
+               ? 0
+               : 1;
 }
