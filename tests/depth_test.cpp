@@ -13,8 +13,8 @@
 
 namespace {
 
-using support::kSmallStackBytes;
 using support::runOnSmallStack;
+using support::smallStackBytes;
 
 constexpr std::uint32_t kMany = 1000 * 1000;
 
@@ -254,7 +254,7 @@ TEST(Depth, TheStackIsAsSmallAsItSays) {
         pthread_attr_destroy(&attributes);
     }));
     EXPECT_GT(size, 0u);
-    EXPECT_LE(size, kSmallStackBytes);
+    EXPECT_LE(size, smallStackBytes());
 }
 
 }  // namespace

@@ -6,7 +6,9 @@
 #pragma once
 
 #include <pthread.h>
+#include <unistd.h>
 
+#include <algorithm>
 #include <cstddef>
 
 #if defined(__SANITIZE_ADDRESS__)
@@ -28,7 +30,13 @@ inline constexpr bool kSanitized = false;
 inline constexpr std::size_t kSmallStackBytes = 64 * 1024;
 #endif
 
-// Calls body() on a new thread with a stack of kSmallStackBytes and waits for its end. False when
+// What a thread gets: some machines have no smaller stacks than 128 KiB.
+inline std::size_t smallStackBytes() {
+    const long least = sysconf(_SC_THREAD_STACK_MIN);
+    return std::max(kSmallStackBytes, least < 0 ? std::size_t{0} : static_cast<std::size_t>(least));
+}
+
+// Calls body() on a new thread with a stack of smallStackBytes() and waits for its end. False when
 // the thread could not be started. Keep large locals out of body; heap accounts (faults.h) belong
 // to the thread that made them, so make them inside.
 template <typename Body>
@@ -38,7 +46,7 @@ template <typename Body>
     pthread_attr_t attributes;
     if (pthread_attr_init(&attributes) != 0) return false;
     pthread_t thread{};
-    bool started = pthread_attr_setstacksize(&attributes, kSmallStackBytes) == 0;
+    bool started = pthread_attr_setstacksize(&attributes, smallStackBytes()) == 0;
     started = started && pthread_create(
                              &thread, &attributes,
                              [](void *argument) -> void * {
