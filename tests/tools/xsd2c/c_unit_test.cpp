@@ -439,7 +439,8 @@ TEST(CUnit, HoldsRecordsInConstantMemory) {
         for (const std::string &name : accessorNames(kSample, records)) {
             EXPECT_EQ(protectionOf(built.access(name)), "r--p") << name;
         }
-        EXPECT_EQ(protectionOf(built.address("g_szGatherXsd_sample")), "rw-p");
+        // Some linkers for PowerPC let what can be written be run, too.
+        EXPECT_EQ(protectionOf(built.address("g_szGatherXsd_sample")).substr(0, 2), "rw");
     });
 }
 
