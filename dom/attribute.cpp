@@ -50,7 +50,6 @@ void removeAttr(XML_DOM_Node *element, XML_DOM_Attr *attribute) {
 }  // namespace
 
 void XML_DOM_FreeAttr(XML_DOM_Attr *attribute) noexcept {
-    if (!attribute) return;
     std::free(attribute->value);
     std::free(attribute->name);
     std::free(attribute);

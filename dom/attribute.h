@@ -7,7 +7,7 @@
 
 namespace cxml {
 
-void XML_DOM_FreeAttr(XML_DOM_Attr *attribute) noexcept;  // null does nothing
+void XML_DOM_FreeAttr(XML_DOM_Attr *attribute) noexcept;
 
 // Appends an attribute without a namespace, from a name and a value of known lengths.
 XML_DOM_Attr *appendAttr(XML_DOM_Node *element, const char *name, std::size_t nameLength,

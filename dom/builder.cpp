@@ -274,7 +274,6 @@ void XML_DOM_BuildFini(XML_SAX_Handler *handler) noexcept {
 
 const char *XML_DOM_BuildConvert(XML_IO_OutStream *stream, const char *bytes,
                                  uint32_t *length) noexcept {
-    if (!bytes) return nullptr;
     // ASCII is the same in both encodings, unless it were to complete a character held back.
     if (stream->pendingCount == 0 && isAscii(bytes, *length)) return bytes;
     XML_IO_MemOutStreamCleanBuf(stream);

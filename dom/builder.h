@@ -33,8 +33,7 @@ uint32_t XML_DOM_BuildInit(XML_SAX_Handler *handler, XML_DOM_BuildState *state, 
 void XML_DOM_BuildFini(XML_SAX_Handler *handler) noexcept;
 
 // Converts UTF-8 to the tree's encoding. The result, *length bytes, is good until the next
-// conversion on the same stream, or as long as bytes. Null for null bytes and for what does not
-// convert.
+// conversion on the same stream, or as long as bytes. Null for what does not convert.
 const char *XML_DOM_BuildConvert(XML_IO_OutStream *stream, const char *bytes,
                                  uint32_t *length) noexcept;
 

@@ -67,7 +67,6 @@ XML_DOM_NsDecl *appendNsDecl(XML_DOM_Node *element, const char *prefix,
 }
 
 void XML_DOM_FreeNsDecl(XML_DOM_NsDecl *decl) noexcept {
-    if (!decl) return;
     std::free(decl->namespaceName);
     std::free(decl->prefix);
     std::free(decl);

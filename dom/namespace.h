@@ -26,6 +26,6 @@ XML_DOM_NsDecl *XML_DOM_FindNsDecl(XML_DOM_NsDecl *list, const char *prefix) noe
 XML_DOM_NsDecl *appendNsDecl(XML_DOM_Node *element, const char *prefix,
                              const char *namespaceName) noexcept;
 
-void XML_DOM_FreeNsDecl(XML_DOM_NsDecl *decl) noexcept;  // null does nothing
+void XML_DOM_FreeNsDecl(XML_DOM_NsDecl *decl) noexcept;
 
 }  // namespace cxml

@@ -60,7 +60,7 @@ uint32_t TextWriter::putString(const char *text) {
 
 uint32_t TextWriter::putNamePieces(const Mark &before, const char *prefix, const char *name,
                                    const Mark &after) {
-    uint32_t sum = before.length != 0 ? put(before.bytes, before.length) : XML_OK;
+    uint32_t sum = put(before.bytes, before.length);
     if (prefix) {
         sum = plus(sum, putString(prefix));
         sum = plus(sum, put(":", 1));

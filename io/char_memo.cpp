@@ -138,11 +138,13 @@ ConvertResult convertInWindows(void *converter, ConvertSpan *span) {
     for (;;) {
         const std::size_t window =
             std::max(span->outputLeft / 2 / kConverterStep * kConverterStep, kConverterStep);
-        const std::size_t kept = span->inputLeft > window ? span->inputLeft - window : 0;
+        const std::size_t before = span->inputLeft;
+        const std::size_t kept = before > window ? before - window : 0;
         span->inputLeft -= kept;
         const ConvertResult result = convert(converter, span);
         span->inputLeft += kept;
-        if (kept == 0 || !wantsMore(result)) return result;
+        // No character fills a window: a converter that waits for more of it would wait for ever.
+        if (kept == 0 || span->inputLeft == before || !wantsMore(result)) return result;
     }
 }
 
@@ -230,10 +232,8 @@ ConvertResult CharMemo::convertByTable(void *converter, ConvertSpan *span) noexc
             return convertKnown<Gbk, Utf8>(table_, converter, span);
         case Pair::kUtf16LeToUtf8:
             return convertKnown<Utf16<false>, Utf8>(table_, converter, span);
-        case Pair::kUtf16BeToUtf8:
+        default:  // kUtf16BeToUtf8: other pairs have no table
             return convertKnown<Utf16<true>, Utf8>(table_, converter, span);
-        default:
-            return ConvertResult::kInvalid;
     }
 }
 

@@ -348,7 +348,6 @@ constexpr ByteOrderMark kMarks[] = {
 };
 
 XML_IO_InStream *recogniseMark(InStream *stream) {
-    if (stream->state > kExhausted) return stream;
     for (const ByteOrderMark &mark : kMarks) {
         if (available(stream) < mark.needed ||
             std::memcmp(stream->cur, mark.bytes, mark.length) != 0) {

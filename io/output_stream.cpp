@@ -273,13 +273,12 @@ const Byte *windowEnd(const Byte *p, const Byte *end) {
 // Where the text that is worth one call of the converter ends: before the next long run of ASCII.
 const Byte *mixedEnd(const OutStream *stream, const Byte *p, const Byte *end) {
     constexpr std::ptrdiff_t kWorthCopying = 32;
-    while (p != end) {
+    for (;;) {
         p = skipMultibyte(stream->sourceEncoding, p, end);
         const Byte *const asciiEnd = scanFor<NotAscii>(p, end);
         if (asciiEnd == end || asciiEnd - p >= kWorthCopying) return p;
         p = asciiEnd;
     }
-    return end;
 }
 
 // Text with characters beyond ASCII: long runs of ASCII are copied, the rest is the converter's.

@@ -94,12 +94,11 @@ Code parseCData(Parser *parser) {
     skipAscii(parser, 9);
     parser->input->mark = parser->input->cur;
     for (;;) {
-        Code code = takeUntil<']'>(parser, Keep::kMark, nullptr);
+        const Code code = takeUntil<']'>(parser, Keep::kMark, nullptr);
         if (code != kAccepted) return code;
         if (follows(parser, "]]>")) break;
         if (atEnd(parser)) return kCDataNotClosed;
-        code = takeAscii(parser, Keep::kMark, nullptr);
-        if (code != kAccepted) return code;
+        skipAscii(parser, 1, Keep::kMark);
     }
     const auto length = parser->input->cur - parser->input->mark;
     if (length > INT_MAX) return kNoMemory;

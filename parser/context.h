@@ -20,7 +20,7 @@ struct QName {
     const char *prefix(const char *buffer) const {
         return localOffset != 0 ? buffer + at : nullptr;
     }
-    std::size_t prefixLength() const { return localOffset != 0 ? localOffset - 1 : 0; }
+    std::size_t prefixLength() const { return localOffset - 1; }  // if there is one
     const char *local(const char *buffer) const { return buffer + at + localOffset; }
 };
 

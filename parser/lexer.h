@@ -175,10 +175,9 @@ ErrorCode takeUntil(Parser *parser, Keep keep, ByteBuffer *into) noexcept {
     }
 }
 
-// Takes one ASCII character that is no line break.
+// Takes one ASCII character that is no line break and appends it to a buffer.
 inline ErrorCode takeAscii(Parser *parser, Keep keep, ByteBuffer *into) noexcept {
-    const char c = static_cast<char>(*parser->input->cur);
-    if (into && !into->append(c)) return kNoMemory;
+    if (!into->append(static_cast<char>(*parser->input->cur))) return kNoMemory;
     skipAscii(parser, 1, keep);
     return kAccepted;
 }

@@ -25,12 +25,11 @@ Code reportInstruction(Parser *parser, const char *target, const char *data) {
 // Reads up to "?>", which follows at the end.
 Code passInstructionData(Parser *parser) {
     for (;;) {
-        Code code = takeUntil<'?'>(parser, Keep::kMark, nullptr);
+        const Code code = takeUntil<'?'>(parser, Keep::kMark, nullptr);
         if (code != kAccepted) return code;
         if (follows(parser, "?>")) return kAccepted;
         if (atEnd(parser)) return kInstructionNotClosed;
-        code = takeAscii(parser, Keep::kMark, nullptr);
-        if (code != kAccepted) return code;
+        skipAscii(parser, 1, Keep::kMark);
     }
 }
 
@@ -55,13 +54,12 @@ Code XML_Parser_ParseComment(Parser *parser) noexcept {
     skipAscii(parser, 4);
     parser->input->mark = parser->input->cur;
     for (;;) {
-        Code code = takeUntil<'-'>(parser, Keep::kMark, nullptr);
+        const Code code = takeUntil<'-'>(parser, Keep::kMark, nullptr);
         if (code != kAccepted) return code;
         if (follows(parser, "-->")) break;
         if (atEnd(parser)) return kCommentNotClosed;
         if (follows(parser, "--")) return kHyphensInComment;
-        code = takeAscii(parser, Keep::kMark, nullptr);
-        if (code != kAccepted) return code;
+        skipAscii(parser, 1, Keep::kMark);
     }
     const std::size_t length = lengthFromMark(parser);
     skipAscii(parser, 3, Keep::kMark);

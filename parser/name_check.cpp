@@ -21,16 +21,16 @@ class Utf32Name {
   public:
     // False when there is no more to ask: the name is complete, or it is none.
     bool take(const Byte *units, const Byte *end) {
-        for (; end - units >= 4 && !complete_; units += 4) {
+        for (; end - units >= 4; units += 4) {
             const uint32_t value =
                 static_cast<uint32_t>(units[0]) << 24 | units[1] << 16 | units[2] << 8 | units[3];
             const auto c = static_cast<CodePoint>(value);
             complete_ = begun_ && c == 0;
-            if (complete_) break;
+            if (complete_) return false;
             if (!(begun_ ? XML_Parser_IsNameChar(c) : XML_Parser_IsNameStartChar(c))) return false;
             begun_ = true;
         }
-        return !complete_;
+        return true;
     }
     bool isComplete() const { return complete_; }
 

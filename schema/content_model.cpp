@@ -55,8 +55,7 @@ bool mayRunOn(const GroupFrame *frame, std::uint64_t filled) {
         const bool sequence = frame->group.compositor == SCHEMA_KIND_SEQUENCE;
         if (sequence && frame->required > (frame->currentRequired ? 1u : 0u)) return false;
         const std::uint64_t total = frame->least + frame->extra + filled;
-        const std::uint32_t max = frame->group.maxOccurs;
-        if (max == 0) return false;
+        const std::uint32_t max = frame->group.maxOccurs;  // of a group that is matched, not 0
         if (!isMultiple(total, max)) return true;
         filled = divide(total, max);
     }
@@ -177,7 +176,7 @@ class OpenGroup {
     bool repeatedEnough() const {
         if (frame_.least == 0) return frame_.group.minOccurs == 0 || satisfied();
         const Uses total = uses();
-        return total.most >= (total.least == 0 ? 1 : total.least);
+        return total.most >= total.least;
     }
 
   private:

@@ -97,10 +97,9 @@ int compareInOrder(const SchemaFacet &facet, const char *value) {
             return compareAsDurations(value, facet.value);
         case Comparison::kDateTime:
             return compareAsDateTimes(facet.baseCode, value, facet.value);
-        case Comparison::kText:
-            break;
+        default:  // kText
+            return 0;
     }
-    return 0;
 }
 
 // The same for equality. Intended: dates and times are equal as texts alone.

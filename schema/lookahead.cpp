@@ -73,7 +73,6 @@ bool canGroupBegin(const SchemaModelGroup &group, const ElementName &child,
 
 const SchemaTypedRef *chooseParticle(const SchemaModelGroup &choice, const ElementName &child,
                                      Validation &run) noexcept {
-    if (!child.node) return nullptr;
     const bool isLong = choice.particleCount >= ChoiceMemo::kLeastParticles && child.name;
     if (isLong) {
         const ChoiceMemo::Choice *known = run.choices.find(choice, child.name, child.ns);
@@ -85,7 +84,6 @@ const SchemaTypedRef *chooseParticle(const SchemaModelGroup &choice, const Eleme
 }
 
 bool canBegin(const SchemaTypedRef &particle, const ElementName &child, Validation &run) noexcept {
-    if (!child.node) return false;
     switch (particle.kind) {
         case SCHEMA_KIND_ELEMENT:
             return matches(child, elementOf(particle), run);

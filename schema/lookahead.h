@@ -37,7 +37,7 @@ struct WildcardMatch {
                                               const SchemaElementWildcard &wildcard,
                                               const Validation &run) noexcept;
 
-// Whether a particle or a group can begin with a child, which may be none. Intended: an all group is
+// Whether a particle or a group can begin with a child, which there is. Intended: an all group is
 // never chosen by looking ahead.
 bool canBegin(const SchemaTypedRef &particle, const ElementName &child, Validation &run) noexcept;
 [[gnu::noinline]] bool canGroupBegin(const SchemaModelGroup &group, const ElementName &child,

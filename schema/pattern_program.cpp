@@ -216,7 +216,7 @@ bool PatternReader::readBracket(Fragment *out) {
     for (std::uint64_t &bits : set.bits) bits = negated ? ~bits : bits;
     if (highest_ < 0x80) set.bits[2] = set.bits[3] = 0;
     const auto number = static_cast<std::uint16_t>(program_.sets.size());
-    if (number == kMostNodes || !program_.sets.append(set)) return false;
+    if (!program_.sets.append(set)) return false;  // for one node each, so that there is no limit
     if (!add({PatternNode::kSet, 0, 0, kNowhere, number}, &out->start)) return false;
     out->end = out->start;
     return true;

@@ -535,6 +535,15 @@ TEST(BuilderCallbacks, AnErrorThatDoesNotConvert) {
     EXPECT_STREQ(build.error, "failed to convert encoding.");
 }
 
+// A wide character that the locale has no bytes for is what formatted printing fails of.
+TEST(BuilderCallbacks, AnErrorThatCannotBePrintedIsEmpty) {
+    HandBuild build;
+    build.start("a");
+    build.handler.error(&build.context, "some %lc more", static_cast<wint_t>(0x4E2D));
+    EXPECT_STREQ(build.error, "");
+    EXPECT_EQ(build.state.root, nullptr);
+}
+
 TEST(BuilderCallbacks, AnErrorWithoutMemoryKeepsTheMessageAsItWas) {
     HandBuild build;
     build.start("a");

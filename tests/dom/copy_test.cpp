@@ -109,6 +109,17 @@ TEST(CopyNode, RefusesWhatCannotBeCopied) {
     EXPECT_EQ(heap.blocksInUse(), 0u);
 }
 
+// Only a hand-made tree declares a prefix twice on one element.
+TEST(CopyNode, RefusesAPrefixDeclaredTwice) {
+    const NodePtr root = parsed("<r xmlns:p='u' xmlns:q='v'/>");
+    EXPECT_EQ(written(NodePtr(XML_DOM_CopyNode(root.get())).get()),
+              "<r xmlns:p=\"u\" xmlns:q=\"v\"/>");
+    root->lastNsDecl->prefix[0] = 'p';
+    const FaultyHeap heap(0);
+    EXPECT_EQ(XML_DOM_CopyNode(root.get()), nullptr);
+    EXPECT_EQ(heap.blocksInUse(), 0u);
+}
+
 // ---------------------------------------------------------------- whole subtrees
 
 struct SubTreeCase {

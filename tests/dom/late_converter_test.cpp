@@ -7,7 +7,9 @@
 #include <string>
 
 #include "compactxml.h"
+#include "io/output_stream.h"
 #include "tests/support/faults.h"
+#include "tests/support/owners.h"
 
 namespace {
 
@@ -74,6 +76,20 @@ TEST(LateConverter, OtherTextCannotBeWritten) {
     EXPECT_EQ(text, nullptr);
     EXPECT_EQ(length, 7u);
     XML_DOM_DelNode(built.root);
+}
+
+// A stream that was to convert and cannot does not pass for one that need not.
+TEST(LateConverter, AStreamWithoutOneStillConverts) {
+    const MissingConverters missing;
+    const support::StreamPtr stream(
+        cxml::XML_IO_MemOutStreamCreateLate(XML_ENCODING_GB18030, XML_ENCODING_UTF_8));
+    ASSERT_TRUE(stream);
+    EXPECT_TRUE(cxml::XML_IO_Converts(stream.get()));
+    EXPECT_FALSE(cxml::XML_IO_FailedToOpen(stream.get()));
+    EXPECT_EQ(XML_IO_OutStreamAppend(stream.get(), "\xD6\xD0", 2), XML_REFUSED);
+    EXPECT_TRUE(cxml::XML_IO_FailedToOpen(stream.get()));
+    EXPECT_TRUE(cxml::XML_IO_Converts(stream.get()));
+    EXPECT_EQ(XML_IO_OutStreamAppend(stream.get(), "ab", 2), XML_OK);
 }
 
 // Streams of programs say at once what they cannot do.

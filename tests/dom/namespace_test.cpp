@@ -265,6 +265,8 @@ TEST(ElementNamespace, SetAndRead) {
     EXPECT_EQ(XML_DOM_SetNodeNameSpace(child, "xml"), XML_OK);
     EXPECT_EQ(XML_DOM_GetNodeNameSpace(child, nullptr, &space), XML_OK);
     EXPECT_STREQ(space, kXmlNamespace);
+    EXPECT_EQ(XML_DOM_GetNodeNameSpace(child, &prefix, nullptr), XML_OK);
+    EXPECT_STREQ(prefix, "xml");
     EXPECT_EQ(XML_DOM_SetNodeNameSpace(child, ""), XML_OK);
     EXPECT_EQ(child->ns, nullptr);
     EXPECT_EQ(XML_DOM_SetNodeNameSpace(child, "p"), XML_OK);

@@ -416,6 +416,21 @@ TEST(Insert, TheNewNodeIsNotChecked) {
     EXPECT_EQ(brokenLink(tree.root.get()), "");
 }
 
+// A parent lists a node no more once the sibling in front of it has been inserted elsewhere: the new
+// node then comes first.
+TEST(Insert, BeforeANodeThatItsParentDoesNotList) {
+    const NodePtr parent = element("p");
+    XML_DOM_Node *const first = add(parent.get(), element("a"));
+    const NodePtr lost = element("lost");
+    lost->parent = parent.get();
+    XML_DOM_Node *const added = element("new").release();
+    EXPECT_EQ(XML_DOM_InsertBeforeNode(lost.get(), added), XML_OK);
+    EXPECT_EQ(outline(parent.get()), "p(new,a)");
+    EXPECT_EQ(parent->lastChild, first);
+    EXPECT_EQ(brokenLink(parent.get()), "");
+    lost->parent = nullptr;
+}
+
 TEST(Insert, Refusals) {
     const Sample tree;
     const NodePtr loose = element("loose");

@@ -90,6 +90,17 @@ TEST(GetXPath, OfDetachedNodes) {
     EXPECT_EQ(pathOf(nameless.get()), "/");
 }
 
+// Only a hand-made tree has an element without a name above others.
+TEST(GetXPath, NamelessElementsAddNothing) {
+    const NodePtr root = parsed("<r><a><b><c/></b></a></r>");
+    XML_DOM_Node *const b = root->firstChild->firstChild;
+    char *const name = b->name;
+    b->name = nullptr;
+    EXPECT_EQ(pathOf(b->firstChild), "/r/a[1]/c[1]");
+    expectCuts(b->firstChild);
+    b->name = name;
+}
+
 TEST(GetXPath, NeedsANodeABufferAndRoom) {
     const NodePtr element(XML_DOM_CreateElementNode("e"));
     char buffer[8] = "#######";

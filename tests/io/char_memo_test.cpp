@@ -298,4 +298,21 @@ TEST(CharMemo, LongDocumentsReadTheSame) {
     }
 }
 
+// What comes out of a converter is remembered only if it is one character: here it is for another
+// encoding than the memory was told.
+TEST(CharMemo, OnlyCharactersAreRemembered) {
+    const std::string text = encoded(XML_ENCODING_GBK, std::u32string(100, U'\u4E2D'));
+    void *const converter = cxml::openConverter(XML_ENCODING_GBK, XML_ENCODING_UTF_16LE);
+    ASSERT_NE(converter, cxml::kNoConverter);
+    CharMemo memo{};
+    memo.begin(XML_ENCODING_GBK, XML_ENCODING_UTF_8);
+    const auto withMemo = [&](ConvertSpan *span) { return memo.convert(converter, span); };
+    for (int i = 0; i < 2; ++i) stepOf(withMemo, longText(), 2 * longText().size());
+    const Step expected = {ConvertResult::kDone, text.size(),
+                           encoded(XML_ENCODING_UTF_16LE, std::u32string(100, U'\u4E2D'))};
+    for (int i = 0; i < 2; ++i) EXPECT_EQ(stepOf(withMemo, text, 400), expected);
+    memo.end();
+    cxml::closeConverter(converter);
+}
+
 }  // namespace

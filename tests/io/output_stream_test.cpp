@@ -2,10 +2,12 @@
 // own, and so has the comparison of every pair of encodings.
 #include <gtest/gtest.h>
 
+#include <cerrno>
 #include <string>
 #include <string_view>
 
 #include "compactxml.h"
+#include "io/output_stream.h"
 #include "tests/support/faults.h"
 #include "tests/support/huge_string.h"
 #include "tests/support/owners.h"
@@ -279,6 +281,32 @@ TEST(OutputStream, DetachHandsTheBufferOver) {
     EXPECT_STREQ(taken.get(), "abc");
 }
 
+// The block may be larger than the capacity told; one that will not shrink is handed over as it is.
+TEST(OutputStream, DetachHandsOverABlockThatDoesNotShrink) {
+    std::string source, expected;
+    for (int i = 0; i < 300; ++i) {
+        source += "\xD6\xD0";
+        expected += "\xE4\xB8\xAD";
+    }
+    FaultyHeap account(0);
+    StreamPtr stream = memoryStream(kGb, kUtf8);
+    ASSERT_EQ(cxml::XML_IO_AppendWhole(stream.get(), source.data(),
+                                       static_cast<std::uint32_t>(source.size())),
+              XML_OK);
+    const char *data = record(stream)->data;
+    EXPECT_EQ(record(stream)->capacity, 1024u);
+    std::uint32_t length = 0;
+    TextPtr taken;
+    {
+        const FaultyHeap heap(1, true);
+        taken.reset(XML_IO_MemOutStreamDetachBuf(stream.get(), &length));
+        EXPECT_TRUE(heap.failed());
+    }
+    EXPECT_EQ(taken.get(), data);
+    EXPECT_EQ(std::string(taken.get(), length), expected);
+    EXPECT_EQ(record(stream)->data, nullptr);
+}
+
 TEST(OutputStream, DetachOfAnEmptiedStreamFreesTheOldBlock) {
     FaultyHeap heap(0);
     StreamPtr stream = memoryStream();
@@ -529,6 +557,22 @@ TEST(OutputStream, CharactersThatTheTargetLacksAreRefused) {
     EXPECT_EQ(append(stream, "\xF0\x9F\x98\x80"), XML_REFUSED);
     EXPECT_EQ(append(stream, "ok"), XML_OK);
     EXPECT_EQ(content(stream), "\xD6\xD0ok");
+}
+
+// A converter that waits for more, however much it gets, is looking at no character.
+TEST(OutputStream, AConverterThatNeverHasEnough) {
+    std::string text;
+    for (int i = 0; i < 300; ++i) text += "\xD6\xD0";
+    support::FaultyConverters converters;
+    const StreamPtr stream = memoryStream(kGb, kUtf8);
+    if (converters.opens() == 0) GTEST_SKIP() << "iconv has another name here";
+    converters.begin({}, {1, true, EINVAL});
+    EXPECT_EQ(append(stream, text), XML_REFUSED);
+    EXPECT_EQ(content(stream), "");
+    EXPECT_EQ(heldBack(stream), "");
+    converters.begin({}, {});
+    EXPECT_EQ(append(stream, text), XML_OK);
+    EXPECT_EQ(content(stream).size(), 900u);
 }
 
 TEST(OutputStream, WithoutConversionNothingIsInvalidOrHeldBack) {

@@ -1,4 +1,5 @@
 // Input streams that convert: starting, changing and stopping a conversion in the middle.
+#include <cerrno>
 #include <cstring>
 #include <map>
 #include <string>
@@ -603,6 +604,68 @@ TEST(SwitchEncoding, SurvivesEachFailedAllocation) {
             ASSERT_LT(nth, 50u);
         }
     }
+}
+
+// Converters that wait for more, however much they get, or ask for room that they have: what was read
+// does not convert, or the buffer grows.
+TEST(SwitchEncoding, ConvertersThatAskForTooMuch) {
+    const Sample sample(XML_ENCODING_GBK, 1500);
+    for (const Feed &feed : feedsOf(sample.source)) {
+        std::size_t grown = 0;
+        for (const int error : {EINVAL, E2BIG}) {
+            for (std::size_t nth = 1;; ++nth) {
+                support::FaultyConverters converters;
+                XML_IO_InStream *stream = feed.open();
+                ASSERT_NE(stream, nullptr);
+                converters.begin({}, {nth, false, error});
+                const std::uint32_t state = XML_IO_SwitchEncoding(stream, XML_ENCODING_GBK);
+                const bool failed = converters.failed();
+                converters.begin({}, {});
+                const bool seen = converters.openConverters() != 0 || state != 0;
+                SCOPED_TRACE(testing::Message() << feed.name() << ' ' << error << ' ' << nth);
+                EXPECT_TRUE(state == 0 || (failed && state == 4)) << state;
+                EXPECT_EQ(stream->state, state);
+                if (state == 0) {
+                    EXPECT_EQ(drain(stream), sample.utf8);
+                    grown += failed && error == E2BIG;
+                }
+                feed.close(stream);
+                EXPECT_EQ(converters.openConverters(), 0);
+                if (!seen) GTEST_SKIP() << "iconv has another name here";
+                if (!failed) break;
+                ASSERT_LT(nth, 100u);
+            }
+        }
+        EXPECT_GT(grown, 0u) << feed.name();
+    }
+}
+
+// The same where there is no memory for a larger buffer.
+TEST(SwitchEncoding, NoMemoryForRoomThatAConverterAsksFor) {
+    const Sample sample(XML_ENCODING_GBK, 1500);
+    const Feed feed = support::memoryFeed(sample.source);
+    std::size_t exhausted = 0;
+    for (std::size_t nth = 1;; ++nth) {
+        support::FaultyConverters converters;
+        XML_IO_InStream *stream = feed.open();
+        ASSERT_NE(stream, nullptr);
+        converters.begin({}, {nth, false, E2BIG});
+        bool failed = false;
+        {
+            // The second block is the memory of characters, the third a larger buffer.
+            const FaultyHeap heap(2, true);
+            const std::uint32_t state = XML_IO_SwitchEncoding(stream, XML_ENCODING_GBK);
+            failed = converters.failed();
+            EXPECT_TRUE(state == 0 || (failed && (state == 2 || state == 4))) << state;
+            EXPECT_EQ(stream->state, state);
+            exhausted += state == 2;
+        }
+        feed.close(stream);
+        EXPECT_EQ(converters.openConverters(), 0);
+        if (!failed) break;
+        ASSERT_LT(nth, 100u);
+    }
+    EXPECT_GT(exhausted, 0u);
 }
 
 }  // namespace

@@ -438,4 +438,47 @@ TEST(Content, Nesting) {
          {start("a"), start("a"), start("a"), end("a"), end("a"), start("a"), end("a"), end("a")}});
 }
 
+// Names longer than what is read ahead are compared as they come in, with the outcome that they have
+// in memory, wherever in the buffer the end tag begins.
+TEST(Content, LongEndTagsFromEverySource) {
+    const std::string ascii(1500, 'n');
+    std::string wide;
+    for (int i = 0; i < 500; ++i) wide += "\xE4\xB8\xAD";
+    const struct {
+        std::string name, close;
+        bool accepted;
+    } kTags[] = {
+        {ascii, "</" + ascii + ">", true},
+        {wide, "</" + wide + ">", true},
+        {"p:" + wide, "</p:" + wide + ">", true},
+        {ascii, "</" + ascii.substr(1), false},
+        {ascii, "</" + ascii.substr(1) + "m>", false},
+        // The last character is longer than what the name has left for it.
+        {wide + "n", "</" + wide + "\xE4\xB8\xAD>", false},
+        {wide, "</" + wide.substr(0, 1497) + "nnn>", false},
+        // Cut off between two characters, and within one.
+        {wide, "</" + wide.substr(0, 1200), false},
+        {wide, "</" + wide.substr(0, 1201), false},
+        {wide, "</" + wide.substr(0, 1202), false},
+    };
+    for (const auto &tag : kTags) {
+        for (std::size_t before = 0; before < 2100; before += 61) {
+            const std::string document =
+                "<" + tag.name + " xmlns:p='u'>" + std::string(before, ' ') + tag.close;
+            const support::RecordedParse whole = support::record(support::memoryFeed(document));
+            ASSERT_EQ(whole.result, tag.accepted ? XML_OK : XML_REFUSED) << whole.text;
+            if (!tag.accepted) {
+                ASSERT_NE(whole.text.find("tag name mismatch."), std::string::npos) << whole.text;
+            }
+            for (const support::Feed &feed :
+                 {support::fileFeed(document), support::listInPieces(document, 61)}) {
+                const support::RecordedParse parse = support::record(feed);
+                ASSERT_TRUE(support::sameOutcome(whole, parse))
+                    << feed.name() << ", " << before << "\nmemory gives " << whole.text
+                    << "\nthis one " << parse.text;
+            }
+        }
+    }
+}
+
 }  // namespace

@@ -134,6 +134,73 @@ TEST(ParserFaults, FirstValueWithoutMemory) {
     }
 }
 
+// The parses of a document with each allocation failing in turn: refused, with nothing left behind.
+void expectEachFailureTold(const Feed &feed) {
+    const RecordedParse whole = record(feed);
+    for (std::size_t nth = 1;; ++nth) {
+        FaultyHeap heap(nth);
+        const RecordedParse parse = record(feed);
+        SCOPED_TRACE(testing::Message() << feed.name() << ", allocation " << nth);
+        ASSERT_EQ(heap.blocksInUse(), 0u);
+        if (!heap.failed() || heap.failedOptionally()) {
+            ASSERT_TRUE(support::sameOutcome(whole, parse));
+            if (!heap.failed()) return;
+            continue;
+        }
+        ASSERT_EQ(parse.result, XML_REFUSED);
+        // 1 is the first value's own message; before there is a parser nobody is told.
+        ASSERT_TRUE(parse.errors == 0 || parse.status == 1 || parse.status == 2) << parse.text;
+    }
+}
+
+// First blocks hold 256 bytes. Each kind of token fills one exactly, by a byte less and by a few more,
+// so that it grows behind the token, within it and at the NUL or the character that closes it.
+TEST(ParserFaults, GrowthBehindEachByteOfAToken) {
+    struct Token {
+        const char *before, *after;
+    };
+    constexpr Token kTokens[] = {
+        {"<!--", "--><a/>"},
+        {"<?p ", "?><a/>"},
+        {"<?", "?><a/>"},
+        {"<a>", "&lt;"},
+        {"<a>", "]</a>"},
+        {"<a>", "&#x1D11E;</a>"},
+        {"<a b='", "&#x1D11E;'/>"},
+        {"<a b='", "&amp;'/>"},
+        {"<a b='1' ", "='2'/>"},
+        {"<a b='1' p:", "='2'/>"},
+        {"<", "/>"},
+        {"<a:", "/>"},
+        {"<a xmlns:", "='u'>text</a>"},
+        {"<a b='1' c=\"", "\"/>"},
+        {"<a><![CDATA[", "]]></a>"},
+        {"<a b='", "&#233;&#233;'/>"},
+    };
+    for (const Token &token : kTokens) {
+        for (std::size_t length = 236; length <= 260; ++length) {
+            const std::string document = token.before + std::string(length, 'x') + token.after;
+            ASSERT_NO_FATAL_FAILURE(expectEachFailureTold(memoryFeed(document)));
+        }
+    }
+}
+
+// Converted text fills the input buffer but for less than its next character, in each of the ways.
+TEST(ParserFaults, GrowthOfABufferWithoutRoomForACharacter) {
+    for (std::size_t shift = 0; shift < 3; ++shift) {
+        const std::u32string comment =
+            std::u32string(shift, U'x') + std::u32string(1200, U'\u4E2D');
+        const std::string document =
+            "\xFF\xFE" +
+            *support::encodeBare(XML_ENCODING_UTF_16LE, U"<!--" + comment + U"--><a/>");
+        for (const Feed &feed :
+             {support::fileFeed(document), support::listInPieces(document, 700)}) {
+            EXPECT_EQ(record(feed).result, XML_OK);
+            ASSERT_NO_FATAL_FAILURE(expectEachFailureTold(feed));
+        }
+    }
+}
+
 // Without a handler there is nobody to tell, but the same is given back.
 TEST(ParserFaults, SurvivesEachFailedAllocationWithoutHandler) {
     for (const Feed &feed : documents()) {

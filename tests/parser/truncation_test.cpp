@@ -25,6 +25,7 @@ constexpr std::string_view kDocuments[] = {
     "<![CDATA[ ]] ]> <&x; ]]]]><!--d--><?u v?>&#32;</p:root >\n<!--e--><?w?>\n",
     "\xEF\xBB\xBF<?xml version='1.0'?><a>\r<b c='d'>e</b>\r\n&#9;f&gt;</a>\r",
     "<a b='1' c='2' d='3' e='4' f='5' g='6' h='7' i='8' j='9' k='10'></a>",
+    "<r y=\"\"><b y=\"\" x=\"\" xm=\"1\" xml:lang=\"e\" xmlna=\"2\" xmlns:p=\"u\" p:x=\"\"/></r>",
 };
 
 TEST(Truncation, EveryLength) {

@@ -7,6 +7,7 @@
 
 #include "compactxml.h"
 #include "tests/support/schema_maker.h"
+#include "tests/support/written.h"
 
 namespace {
 
@@ -94,6 +95,11 @@ constexpr ModelCase kCases[] = {
     {"seq{0,0}(a)", "a", "6 node=/r/a[1]"},
     {"seq()", "", "valid"},
     {"seq()", "a", "6 node=/r/a[1]"},
+    {"choice{0,0}(a)", "", "valid"},
+    {"choice{0,0}(a)", "a", "6 node=/r/a[1]"},
+    // What is chosen because it can begin so, but may not stand there, takes nothing.
+    {"choice{0,u}(seq{0,0}(a), b)", "b b", "valid"},
+    {"choice{0,u}(seq{0,0}(a), b)", "b a", "6 node=/r/a[1]"},
 };
 
 TEST(ContentModel, Examples) {
@@ -143,6 +149,81 @@ TEST(ContentModel, ExamplesBelowARestrictionWithLeadingText) {
         EXPECT_EQ(shortVerdict(verdict(document, maker.root())), row.verdict)
             << row.model << " with " << row.children;
     }
+}
+
+// An extension of a simple type has nothing of its base but what it adds.
+TEST(ContentModel, BelowAnExtensionOfASimpleType) {
+    SchemaMaker maker;
+    SchemaDerivation derivation{};
+    derivation.derivationKind = SCHEMA_KIND_COMPLEX_EXTENSION;
+    derivation.baseTypeKind = SCHEMA_KIND_SIMPLE_TYPE;
+    derivation.baseType = Schema_BLDIN_int();
+    derivation.particle = maker.model("seq(a)");
+    SchemaComplexType type{};
+    type.content = maker.derivation(derivation);
+    maker.add(maker.element(SchemaMaker::ofComplex("r", maker.complexType(type))),
+              SCHEMA_KIND_ELEMENT);
+    EXPECT_EQ(verdict("<r><a/></r>", maker.root()), "valid");
+    EXPECT_EQ(shortVerdict(verdict("<r><b/></r>", maker.root())), "1 node=/r name=a");
+}
+
+// A record may hold particles of kinds that no content model has: they match nothing.
+TEST(ContentModel, ParticlesOfOtherKinds) {
+    const SchemaElementDecl a = SchemaMaker::plain("a");
+    const SchemaTypedRef particles[] = {{nullptr, 99}, {&a, SCHEMA_KIND_ELEMENT}};
+    constexpr struct {
+        std::int32_t compositor;
+        std::uint32_t most;
+        const char *children, *verdict;
+    } kRows[] = {
+        {SCHEMA_KIND_SEQUENCE, 1, "a", "valid"},
+        {SCHEMA_KIND_SEQUENCE, 1, "b", "1 node=/r name=a"},
+        {SCHEMA_KIND_SEQUENCE, 3, "a a a", "valid"},
+        {SCHEMA_KIND_SEQUENCE, 3, "a b", "6 node=/r/b[1]"},
+        {SCHEMA_KIND_CHOICE, 2, "a a", "valid"},
+        {SCHEMA_KIND_CHOICE, 2, "b", "6 node=/r/b[1]"},
+        {SCHEMA_KIND_ALL, 1, "a", "valid"},
+        {SCHEMA_KIND_ALL, 1, "a b", "6 node=/r/b[1]"},
+        {SCHEMA_KIND_ALL, 1, "b", "1 node=/r name=a"},
+    };
+    for (const auto &row : kRows) {
+        SchemaMaker maker;
+        const SchemaModelGroup group = {particles, 1, row.most, 2, row.compositor};
+        SchemaComplexType type{};
+        type.particle = &group;
+        maker.add(maker.element(SchemaMaker::ofComplex("r", maker.complexType(type))),
+                  SCHEMA_KIND_ELEMENT);
+        EXPECT_EQ(shortVerdict(verdict(documentOf(row.children), maker.root())), row.verdict)
+            << row.compositor << " with " << row.children;
+    }
+}
+
+// Choices among many particles are remembered by name; names that fall together are told apart.
+TEST(ContentModel, ChoicesAmongManyNames) {
+    constexpr int kNames = 60;
+    SchemaMaker maker;
+    std::string model = "choice{0,u}(";
+    for (int i = 0; i < kNames; ++i) {
+        const std::string name = "e" + std::to_string(i);
+        maker.declare(SchemaMaker::ofSimple(maker.keep(name), Schema_BLDIN_int()));
+        model += name + (i + 1 < kNames ? ", " : ")");
+    }
+    maker.addElement("r", model);
+    std::string document = "<r>";
+    for (int i = 0; i < 10 * kNames; ++i) {
+        const std::string name = "e" + std::to_string(i * 7 % kNames);
+        document += "<" + name + ">5</" + name + ">";
+    }
+    EXPECT_EQ(verdict(document + "</r>", maker.root()), "valid");
+    EXPECT_EQ(shortVerdict(verdict(document + "<e7>x</e7></r>", maker.root())),
+              "3 node=/r/e7[11] name=e7 text=x is an invalid value of int type value.");
+    EXPECT_EQ(shortVerdict(verdict(document + "<e60/></r>", maker.root())), "6 node=/r/e60[1]");
+    // Only a hand-made tree has an element without a name.
+    const support::NodePtr tree = support::parsed(document + "<nameless/></r>");
+    char *const name = tree->lastChild->name;
+    tree->lastChild->name = nullptr;
+    EXPECT_EQ(shortVerdict(verdict(tree.get(), maker.root())), "6 node=/r");
+    tree->lastChild->name = name;
 }
 
 }  // namespace

@@ -64,9 +64,10 @@ constexpr SchemaElementDecl kNumber = element("number", nullptr, kSimple);
 constexpr SchemaElementDecl kUntyped = element("untyped", nullptr, kComplex);
 constexpr SchemaElementDecl kNameless = element(nullptr, &kFirst, kSimple);
 
-// A flat sequence, with a wildcard and a declaration without a name in it.
+// A flat sequence, with a wildcard, a declaration without a name and one that is missing in it.
 constexpr SchemaElementWildcard kAny = {nullptr, "##any", 0, 1, 2};
 constexpr SchemaTypedRef kFlatParticles[] = {{&kAny, SCHEMA_KIND_ELEMENT_WILDCARD},
+                                             {nullptr, SCHEMA_KIND_ELEMENT},
                                              particle(kNameless),
                                              particle(kA),
                                              particle(kB),

@@ -4,12 +4,14 @@
 #include <regex.h>
 
 #include <algorithm>
+#include <clocale>
 #include <cstddef>
 #include <random>
 #include <string>
 
 #include "schema/pattern_automaton.h"
 #include "schema/pattern_cache.h"
+#include "schema/pattern_program.h"
 #include "tests/support/faults.h"
 #include "tests/support/feeds.h"
 #include "tests/support/utf8_locale.h"
@@ -101,31 +103,16 @@ TEST(PatternAutomaton, ReadsWhatIsOrdinary) {
 }
 
 TEST(PatternAutomaton, LeavesAllElseToTheCLibrary) {
-    for (const char *pattern : {"",          "^",
-                                "$",         "^a|b$",
-                                "a|^b",      "(^a)",
-                                "(a$)",      "a^b",
-                                "a$b",       "()",
-                                "(|a)",      "a||b",
-                                "|a",        "*a",
-                                "a**",       "a+?",
-                                "a{2}{3}",   "a{0}",
-                                "a{2,1}",    "a{,2}",
-                                "a{",        "a{x}",
-                                "a{1",       "(*a)",
-                                "(",         "(a",
-                                ")",         "a)",
-                                "[",         "[a",
-                                "[]",        "[^]",
-                                "[b-a]",     "[a-c-e]",
-                                "[--a]",     "[[:digit:]]",
-                                "[[.a.]]",   "[[=a=]]",
-                                "[a-[.z.]]", "[[:none:]]",
-                                "]",         "}",
-                                "\\w",       "\\1",
-                                "\\<",       "\\",
-                                "a\\",       "(a)\\1",
-                                "a{40000}",  "((a{200}){200}){200}"}) {
+    for (const char *pattern :
+         {"",          "^",          "$",     "^a|b$",       "a|^b",     "(^a)",
+          "(a$)",      "a^b",        "a$b",   "()",          "(|a)",     "a||b",
+          "|a",        "*a",         "a**",   "a+?",         "a{2}{3}",  "a{0}",
+          "a{2,1}",    "a{,2}",      "a{",    "a{x}",        "a{1",      "(*a)",
+          "a{1,x}",    "a{1,99999}", "a{1,2", "[a-",         "(",        "(a",
+          ")",         "a)",         "[",     "[a",          "[]",       "[^]",
+          "[b-a]",     "[a-c-e]",    "[--a]", "[[:digit:]]", "[[.a.]]",  "[[=a=]]",
+          "[a-[.z.]]", "[[:none:]]", "]",     "}",           "\\w",      "\\1",
+          "\\<",       "\\",         "a\\",   "(a)\\1",      "a{40000}", "((a{200}){200}){200}"}) {
         EXPECT_FALSE(Automata(pattern).read()) << pattern;
         // As strange where no text of ASCII ever gets.
         EXPECT_FALSE(Automata(std::string("a|\xD6") + pattern + "b|c").read()) << pattern;
@@ -291,6 +278,66 @@ TEST(PatternAutomaton, EachFailedAllocation) {
     }
 }
 
+// What stands behind a number of single bytes in the tests of growth and limits below. In a program for
+// ASCII some of it takes no text at all.
+constexpr const char *kEndings[] = {
+    "",      "b*$",     "b+",        "b?$",        "b{2,3}", "b{2,}$",  "(b|c)$",         "(b|c|d)",
+    "[bc]$", "(\xD6)?", "(\xD6z)*$", "(b\xD6|c)?", ".*$",    "(b*|c)+", "(b|\xD6|c){1,2}"};
+
+// The nodes of a program grow at a power of two, whatever is being added then.
+TEST(PatternProgram, EachFailedAllocationBehindEachNode) {
+    for (const char *start : {"^", ""}) {
+        for (const char *ending : kEndings) {
+            for (std::size_t length = 0; length < 68; ++length) {
+                const std::string pattern = start + std::string(length, 'a') + ending;
+                if (pattern.empty() || pattern == "^" || pattern[0] == '$') continue;
+                for (std::size_t nth = 1;; ++nth) {
+                    const FaultyHeap heap(nth);
+                    {
+                        cxml::PatternProgram program;
+                        const bool read = cxml::readPattern(pattern.c_str(),
+                                                            cxml::PatternBytes::kAscii, &program);
+                        ASSERT_EQ(read, !heap.failed()) << printable(pattern) << ' ' << nth;
+                    }
+                    ASSERT_EQ(heap.blocksInUse(), 0u);
+                    if (!heap.failed()) break;
+                }
+            }
+        }
+    }
+    cxml::PatternProgram program;
+    const FaultyHeap heap(1);
+    EXPECT_FALSE(cxml::readPattern("^$", cxml::PatternBytes::kAscii, &program));
+}
+
+// A pattern of too many nodes is refused wherever in it they become too many, and a longer one is, too.
+TEST(PatternProgram, NoMoreNodesThanThereMayBe) {
+    constexpr std::size_t kMostNodes = 16384;
+    for (const char *start : {"^", ""}) {
+        for (const char *ending : kEndings) {
+            bool readBefore = true;
+            std::size_t refused = 0;
+            for (std::size_t count = kMostNodes - 24; count <= kMostNodes; ++count) {
+                const std::string pattern = start + ("a{" + std::to_string(count) + "}") + ending;
+                cxml::PatternProgram program;
+                const bool read =
+                    cxml::readPattern(pattern.c_str(), cxml::PatternBytes::kAscii, &program);
+                EXPECT_TRUE(!read || program.nodes.size() <= kMostNodes);
+                EXPECT_TRUE(readBefore || !read) << printable(pattern);
+                refused += !read;
+                readBefore = read;
+            }
+            EXPECT_GT(refused, 0u) << start << printable(ending);
+            EXPECT_LT(refused, 25u) << start << printable(ending);
+        }
+    }
+    // So many sets, each of which is a node.
+    std::string sets = "^";
+    for (std::size_t i = 0; i < kMostNodes + 2; ++i) sets += "[ab]";
+    cxml::PatternProgram program;
+    EXPECT_FALSE(cxml::readPattern(sets.c_str(), cxml::PatternBytes::kAscii, &program));
+}
+
 TEST(PatternAutomaton, SuitsTheCLocaleAlone) {
     EXPECT_TRUE(PatternAutomaton::suitsLocale());
     {
@@ -301,6 +348,12 @@ TEST(PatternAutomaton, SuitsTheCLocaleAlone) {
         cxml::PatternCache cache;
         EXPECT_TRUE(cache.matches("^.$", "\xC3\xA9"));
         EXPECT_FALSE(cache.matches("^..$", "\xC3\xA9"));
+    }
+    for (const int category : {LC_CTYPE, LC_COLLATE}) {
+        ASSERT_NE(std::setlocale(category, "C.UTF-8"), nullptr);
+        EXPECT_FALSE(PatternAutomaton::suitsLocale()) << category;
+        std::setlocale(category, "C");
+        EXPECT_TRUE(PatternAutomaton::suitsLocale()) << category;
     }
     const locale_t own = newlocale(LC_ALL_MASK, "C.UTF-8", locale_t{});
     if (!own) return;

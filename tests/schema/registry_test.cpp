@@ -102,6 +102,23 @@ TEST(Registry, GrowsAt33And65) {
     }
 }
 
+// A list cannot have more slots than its numbers count.
+TEST(Registry, RefusesToGrowBeyondItsNumbers) {
+    for (const Kind &kind : kKinds) {
+        SchemaRoot root{};
+        SchemaObjectList &list = root.*kind.list;
+        for (const std::uint32_t full : {0x80000000u, 0xFFFFFFFFu}) {
+            list = {nullptr, full, full};
+            const FaultyHeap heap(0);
+            EXPECT_EQ(add(&root, &kObjects[0], kind.kind), XML_REFUSED);
+            EXPECT_EQ(heap.allocations(), 0u);
+            EXPECT_EQ(list.items, nullptr);
+            EXPECT_EQ(list.count, full);
+            EXPECT_EQ(list.capacity, full);
+        }
+    }
+}
+
 TEST(Registry, AFirstArrayIsCleared) {
     SchemaRoot root{};
     add(&root, &kObjects[0], SCHEMA_KIND_ELEMENT);

@@ -169,6 +169,65 @@ TEST(SchemaFaults, ValidationsThatCannotCheckAValue) {
     EXPECT_TRUE(support::verdict(wrong.get(), schema.root()).starts_with("3 node=/q"));
 }
 
+// Another member of a union may hold for a value that one of them could not check: then it is valid.
+TEST(SchemaFaults, UnionsWithAMemberThatCannotCheckAValue) {
+    static constexpr SchemaFacet kBackReference = {"^(a)\\1$", SCHEMA_FACET_PATTERN,
+                                                   SCHEMA_TYPE_STRING};
+    const SchemaSimpleType *const base[] = {Schema_BLDIN_string()};
+    const SchemaSimpleType patterned = {base, &kBackReference, "t", nullptr, 0, 1, 1, 0};
+    const SchemaSimpleType *const members[] = {&patterned, Schema_BLDIN_int()};
+    const SchemaSimpleType either = {members, nullptr, nullptr, nullptr, 0, 0, 2, 0};
+    support::SchemaMaker schema;
+    schema.add(schema.element(support::SchemaMaker::ofSimple("u", &either)), SCHEMA_KIND_ELEMENT);
+    const support::NodePtr number = support::parsed("<u>5</u>");
+    const support::NodePtr pair = support::parsed("<u>aa</u>");
+    EXPECT_EQ(support::verdict(number.get(), schema.root()), "valid");
+    EXPECT_EQ(support::verdict(pair.get(), schema.root()), "valid");
+    support::FaultyPatterns patterns;
+    patterns.begin({1, true, REG_ESPACE});
+    EXPECT_EQ(support::verdict(number.get(), schema.root()), "valid");
+    EXPECT_TRUE(patterns.failed());
+    EXPECT_EQ(support::verdict(pair.get(), schema.root()), "refused valid");
+}
+
+// Each allocation that a validation makes, for every way in which children are taken.
+TEST(SchemaFaults, ChildrenThatFindNoRoom) {
+    support::SchemaMaker schema;
+    SchemaElementWildcard lax{};
+    lax.namespaceConstraint = "##any";
+    lax.minOccurs = 0;
+    lax.maxOccurs = support::SchemaMaker::kUnbounded;
+    lax.processContents = 1;
+    schema.wildcard(lax);
+    schema.add(schema.element(support::SchemaMaker::ofSimple("a", Schema_BLDIN_int())),
+               SCHEMA_KIND_ELEMENT);
+    struct Way {
+        const char *root, *model;
+        int children;
+    };
+    constexpr Way kWays[] = {{"wildcard", "seq(any{0,u})", 20},
+                             {"run", "seq(a{0,u})", 20},
+                             {"one", "seq(a)", 1},
+                             {"choice", "choice{0,u}(a, b)", 20},
+                             {"all", "all(a)", 1}};
+    for (const Way &row : kWays) {
+        schema.addElement(row.root, row.model);
+        std::string document = "<" + std::string(row.root) + ">";
+        for (int i = 0; i < row.children; ++i) document += "<a>1</a>";
+        const support::NodePtr tree = support::parsed(document + "</" + row.root + ">");
+        ASSERT_EQ(support::verdict(tree.get(), schema.root()), "valid") << row.root;
+        std::size_t nth = 1;
+        for (;; ++nth) {
+            const FaultyHeap heap(nth);
+            const std::string said = support::verdict(tree.get(), schema.root());
+            EXPECT_EQ(said, heap.failed() ? "refused valid" : "valid") << row.root << ' ' << nth;
+            EXPECT_EQ(heap.blocksInUse(), 0u);
+            if (!heap.failed()) break;
+        }
+        EXPECT_GT(nth, 2u) << row.root;
+    }
+}
+
 // Without memory to keep compiled patterns they are compiled for each value: the same results.
 TEST(SchemaFaults, PatternsThatFindNoRoom) {
     static constexpr SchemaFacet kPatterns[] = {

@@ -30,12 +30,14 @@ std::size_t __real_iconv(iconv_t converter, char **input, std::size_t *inputLeft
 int __real_iconv_close(iconv_t converter);
 int __real_regcomp(regex_t *compiled, const char *pattern, int flags);
 void __real_regfree(regex_t *compiled);
+ssize_t __real_getrandom(void *buffer, std::size_t size, unsigned flags);
 iconv_t __wrap_iconv_open(const char *to, const char *from);
 std::size_t __wrap_iconv(iconv_t converter, char **input, std::size_t *inputLeft, char **output,
                          std::size_t *outputLeft);
 int __wrap_iconv_close(iconv_t converter);
 int __wrap_regcomp(regex_t *compiled, const char *pattern, int flags);
 void __wrap_regfree(regex_t *compiled);
+ssize_t __wrap_getrandom(void *buffer, std::size_t size, unsigned flags);
 void *__wrap_malloc(std::size_t size);
 void *__wrap_calloc(std::size_t count, std::size_t size);
 void *__wrap_realloc(void *block, std::size_t size);
@@ -111,6 +113,8 @@ thread_local ConverterAccount *converters = nullptr;
 thread_local CallAccount *patterns = nullptr;
 thread_local bool convertersAreMissing = false;
 thread_local std::size_t convertersWanted = 0;
+thread_local bool randomIsMissing = false;
+thread_local std::size_t randomWanted = 0;
 
 bool refuseAllocation(std::size_t size) {
     ++heap->allocations;
@@ -318,6 +322,13 @@ void __wrap_regfree(regex_t *compiled) {
     __real_regfree(compiled);
 }
 
+ssize_t __wrap_getrandom(void *buffer, std::size_t size, unsigned flags) {
+    ++randomWanted;
+    if (!randomIsMissing) return __real_getrandom(buffer, size, flags);
+    errno = EAGAIN;
+    return -1;
+}
+
 namespace support {
 
 MissingConverters::MissingConverters() {
@@ -329,6 +340,17 @@ MissingConverters::~MissingConverters() {
 }
 std::size_t MissingConverters::wanted() const {
     return convertersWanted;
+}
+
+MissingRandom::MissingRandom() {
+    randomIsMissing = true;
+    randomWanted = 0;
+}
+MissingRandom::~MissingRandom() {
+    randomIsMissing = false;
+}
+std::size_t MissingRandom::wanted() const {
+    return randomWanted;
 }
 
 FaultyHeap::FaultyHeap(std::size_t failAt, bool persistent) {

@@ -1,8 +1,8 @@
 // tests/support/faults.h - a C library that fails on demand, and an account of the heap.
 //
 // The test program is linked with --wrap for malloc, calloc, realloc, free, open, read, write,
-// fsync, close, iconv_open, iconv, iconv_close, regcomp and regfree, so every call that the library
-// makes comes through here. Nothing is counted or failed outside the life of one of the classes
+// fsync, close, iconv_open, iconv, iconv_close, regcomp, regfree and getrandom, so every call that the
+// library makes comes through here. Nothing is counted or failed outside the life of one of the classes
 // below on the same thread.
 #pragma once
 
@@ -121,6 +121,17 @@ class MissingConverters {
     MissingConverters &operator=(const MissingConverters &) = delete;
 
     std::size_t wanted() const;  // how often one was asked for
+};
+
+// While it lives the system has no random numbers to give.
+class MissingRandom {
+  public:
+    MissingRandom();
+    ~MissingRandom();
+    MissingRandom(const MissingRandom &) = delete;
+    MissingRandom &operator=(const MissingRandom &) = delete;
+
+    std::size_t wanted() const;  // how often they were asked for
 };
 
 }  // namespace support
