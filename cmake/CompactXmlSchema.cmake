@@ -13,7 +13,8 @@ function(compactxml_add_schema target)
     message(FATAL_ERROR "compactxml_add_schema(${target}): no schema is given")
   endif()
   # When cross-compiling, the compiler of the host is wanted and not the one built for the target.
-  if(TARGET compactxml::xsd2c AND NOT CMAKE_CROSSCOMPILING)
+  # -DCOMPACTXML_XSD2C=... names one in any case.
+  if(NOT COMPACTXML_XSD2C AND TARGET compactxml::xsd2c AND NOT CMAKE_CROSSCOMPILING)
     set(xsd2c compactxml::xsd2c)
   else()
     find_program(COMPACTXML_XSD2C xsd2c REQUIRED)
