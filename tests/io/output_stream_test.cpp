@@ -288,7 +288,6 @@ TEST(OutputStream, DetachHandsOverABlockThatDoesNotShrink) {
         source += "\xD6\xD0";
         expected += "\xE4\xB8\xAD";
     }
-    FaultyHeap account(0);
     StreamPtr stream = memoryStream(kGb, kUtf8);
     ASSERT_EQ(cxml::XML_IO_AppendWhole(stream.get(), source.data(),
                                        static_cast<std::uint32_t>(source.size())),
