@@ -12,7 +12,7 @@ function(compactxml_compile_options target)
   if(COMPACTXML_SANITIZE AND
       (NOT COMPACTXML_SANITIZE STREQUAL integer OR target STREQUAL compactxml_objects))
     target_compile_options(${target} PRIVATE
-      -fsanitize=${COMPACTXML_SANITIZE} -fno-sanitize-recover=all -fno-omit-frame-pointer -g)
+      -fsanitize=${COMPACTXML_SANITIZE} -fno-sanitize-recover=all -fno-omit-frame-pointer -g1)
     if(COMPACTXML_SANITIZE STREQUAL integer)
       # Shifts are there to shift bits out.
       target_compile_options(${target} PRIVATE -fno-sanitize=unsigned-shift-base)
