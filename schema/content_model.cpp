@@ -55,7 +55,8 @@ bool mayRunOn(const GroupFrame *frame, std::uint64_t filled) {
         const bool sequence = frame->group.compositor == SCHEMA_KIND_SEQUENCE;
         if (sequence && frame->required > (frame->currentRequired ? 1u : 0u)) return false;
         const std::uint64_t total = frame->least + frame->extra + filled;
-        const std::uint32_t max = frame->group.maxOccurs;  // of a group that is matched, not 0
+        const std::uint32_t max = frame->group.maxOccurs;
+        if (max == 0) return false;  // of no group that is matched, but it is divided by
         if (!isMultiple(total, max)) return true;
         filled = divide(total, max);
     }

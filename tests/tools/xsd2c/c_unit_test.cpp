@@ -439,8 +439,12 @@ TEST(CUnit, HoldsRecordsInConstantMemory) {
         for (const std::string &name : accessorNames(kSample, records)) {
             EXPECT_EQ(protectionOf(built.access(name)), "r--p") << name;
         }
+        const std::string protection = protectionOf(built.address("g_szGatherXsd_sample"));
+#ifdef __powerpc__
         // Some linkers for PowerPC let what can be written be run, too.
-        EXPECT_EQ(protectionOf(built.address("g_szGatherXsd_sample")).substr(0, 2), "rw");
+        if (protection == "rwxp") return;
+#endif
+        EXPECT_EQ(protection, "rw-p");
     });
 }
 
