@@ -73,6 +73,7 @@ struct Objects {
     SchemaRoot schemaRoot;
     SchemaValidateContext validation{};
     SchemaTypedRef string = {Schema_BLDIN_string(), SCHEMA_KIND_SIMPLE_TYPE};
+    SchemaTypedRef nothing = {nullptr, SCHEMA_KIND_SIMPLE_TYPE};
     SchemaFacet facet = {"1", SCHEMA_FACET_LENGTH, SCHEMA_TYPE_STRING};
     SchemaDateTimeValue time{};
     // Outputs.
@@ -322,6 +323,8 @@ const Case kCases[] = {
     DOES_NOTHING(Schema_CheckSimpleType, "buffer", Schema_BLDIN_int(), "v", 64, &o.validation,
                  nullptr),
     REFUSES(Schema_checkValueOfElement, "type", nullptr, "v", sizeof o.error, o.error),
+    REFUSES(Schema_checkValueOfElement, "object of the type", &o.nothing, "v", sizeof o.error,
+            o.error),
     REFUSES(Schema_checkValueOfElement, "buffer", &o.string, "v", 64, nullptr),
     IS_NULL(Schema_FoundKestBltInType, "name", nullptr, nullptr),
     ANSWERS(0, Schema_checkKestBltInType, "row", nullptr, "1", sizeof o.error, o.error),

@@ -218,6 +218,9 @@ TEST(ContentModel, ChoicesAmongManyNames) {
     EXPECT_EQ(shortVerdict(verdict(document + "<e7>x</e7></r>", maker.root())),
               "3 node=/r/e7[11] name=e7 text=x is an invalid value of int type value.");
     EXPECT_EQ(shortVerdict(verdict(document + "<e60/></r>", maker.root())), "6 node=/r/e60[1]");
+    // What was chosen for a name holds in its namespace alone.
+    EXPECT_EQ(shortVerdict(verdict(document + "<e7 xmlns='other'>5</e7></r>", maker.root())),
+              "6 node=/r/e7[11]");
     // Only a hand-made tree has an element without a name.
     const support::NodePtr tree = support::parsed(document + "<nameless/></r>");
     char *const name = tree->lastChild->name;
