@@ -11,9 +11,8 @@ XML_Parser_Ns *newBinding(const char *prefix, const char *namespaceName) {
     const std::size_t prefixLength = prefix ? std::strlen(prefix) : 0;
     const std::size_t nameLength = std::strlen(namespaceName);
     constexpr std::size_t kFixed = sizeof(XML_Parser_Ns) + 2;
-    if (nameLength > PTRDIFF_MAX - kFixed || prefixLength > PTRDIFF_MAX - kFixed - nameLength) {
-        return nullptr;
-    }
+    // The sum of two lengths in memory does not wrap; a block may still not hold them both.
+    if (prefixLength + nameLength > PTRDIFF_MAX - kFixed) return nullptr;
     void *block = std::malloc(kFixed + prefixLength + nameLength);
     if (!block) return nullptr;
     auto *binding = static_cast<XML_Parser_Ns *>(block);

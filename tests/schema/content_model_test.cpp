@@ -91,6 +91,7 @@ constexpr ModelCase kCases[] = {
     {"seq(a{0,0}, b)", "a b", "5 node=/r name=a"},
     {"seq(seq{0,0}(a), b)", "b", "valid"},
     {"seq(seq{0,0}(a), b)", "a b", "1 node=/r name=b"},
+    {"seq(a{2,1})", "a", "5 node=/r name=a"},  // no number of children is right
     {"seq{0,0}(a)", "", "valid"},
     {"seq{0,0}(a)", "a", "6 node=/r/a[1]"},
     {"seq()", "", "valid"},
