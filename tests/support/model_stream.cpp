@@ -14,11 +14,12 @@ constexpr std::size_t kLongestTail = 3;
 // One iconv call into a fresh chunk.
 struct Step {
     Step(iconv_t converter, std::string_view bytes) {
-        std::string input(bytes);
-        char *in = input.data();
+        // Read where it stands, as the stream does: some machines' UCS-4 converters of glibc let
+        // 80 xx xx xx pass where it is not aligned for words, and refuse it where it is.
+        char *in = const_cast<char *>(bytes.data());
         char *out = chunk;
         std::size_t room = sizeof chunk;
-        left = input.size();
+        left = bytes.size();
         const bool failed = iconv(converter, &in, &left, &out, &room) == std::size_t(-1);
         error = failed ? errno : 0;
         produced = std::string_view(chunk, sizeof chunk - room);
