@@ -1,3 +1,4 @@
+#include <algorithm>
 #include <climits>
 
 #include "parser/grammar.h"
@@ -37,14 +38,16 @@ bool passName(Parser *parser, const char *bytes, std::size_t length) {
     }
     parser->position.settle(input->cur);
     const std::int64_t column = parser->position.column;
-    input->mark = input->cur;
+    // What the message of an error shows of the bytes before the name stays in the buffer.
+    const auto before = std::min(input->cur - input->mark, kSnippetBefore);
+    input->mark = input->cur - before;
     for (std::size_t at = 0; at < length;) {
         const std::size_t left = length - at;
         const std::size_t size =
             atEnd(parser) || *input->cur < 0x80 ? 1 : multibyteLength(*input->cur);
         if (static_cast<std::size_t>(input->end - input->cur) < size || left < size ||
             std::memcmp(input->cur, bytes + at, size) != 0) {
-            input->cur = input->mark;
+            input->cur = input->mark + before;
             parser->position.counted = input->cur;
             parser->position.column = column;
             return false;

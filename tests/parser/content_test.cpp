@@ -481,4 +481,21 @@ TEST(Content, LongEndTagsFromEverySource) {
     }
 }
 
+// The refills of such a comparison leave in the buffer what a message shows of the text before it.
+TEST(Content, LongEndTagsAreQuotedWithWhatStandsBefore) {
+    const std::string name(70, 'n');
+    for (const std::string text : {"", "0123456789", "0123456789012345678901234567890123456789"}) {
+        const std::string before = "<" + name + ">" + text + "</";
+        const std::string document = before + name.substr(4);
+        const std::string quoted = before.substr(before.size() - 32);
+        for (const support::Feed &feed :
+             {support::memoryFeed(document), support::fileFeed(document),
+              support::listInPieces(document, 61), support::listInPieces(document, 1)}) {
+            const support::RecordedParse parse = support::record(feed);
+            EXPECT_NE(parse.text.find(":\"" + quoted + "nnn"), std::string::npos)
+                << feed.name() << ": " << parse.text;
+        }
+    }
+}
+
 }  // namespace
