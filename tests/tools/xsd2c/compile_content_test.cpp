@@ -348,6 +348,55 @@ const SchemaCase kCases[] = {
      "t.xsd:2:1: warning: that an empty element 'e' takes its fixed value is not enforced\n",
      {"<e>v</e>"},
      {"<e>w</e>"}},
+    {"fixed_element_of_mixed_content",
+     R"(<xs:element name="e" fixed="v"><xs:complexType mixed="true"><xs:sequence>
+          <xs:element name="a" minOccurs="0"/></xs:sequence></xs:complexType></xs:element>)",
+     "t.xsd:2:1: warning: that an empty element 'e' takes its fixed value is not enforced\n"
+     "t.xsd:2:1: error: the fixed value of element 'e' with mixed content cannot be compiled\n",
+     {},
+     {"<e>v</e>"}},
+    {"enumeration_compared_as_a_text",
+     R"(<xs:element name="e"><xs:simpleType><xs:restriction base="xs:date">
+          <xs:enumeration value="2000-01-01Z"/></xs:restriction></xs:simpleType></xs:element>)",
+     "t.xsd:3:11: warning: that enumeration '2000-01-01Z' has other spellings is not enforced\n",
+     {"<e>2000-01-01Z</e>"},
+     {"<e>2000-01-01+00:00</e>"}},
+    {"enumeration_of_a_union_with_numbers",
+     R"(<xs:element name="e"><xs:simpleType><xs:restriction><xs:simpleType>
+          <xs:union memberTypes="xs:byte xs:NCName"/></xs:simpleType>
+          <xs:enumeration value="1"/><xs:enumeration value="a"/></xs:restriction>
+          </xs:simpleType></xs:element>)",
+     "t.xsd:4:11: warning: that enumeration '1' has other spellings is not enforced\n"
+     "t.xsd:4:38: warning: that enumeration 'a' has other spellings is not enforced\n",
+     {"<e>1</e>", "<e>a</e>"},
+     {"<e>01</e>", "<e>b</e>"}},
+    {"enumeration_of_a_list_of_numbers",
+     R"(<xs:element name="e"><xs:simpleType><xs:restriction><xs:simpleType>
+          <xs:list itemType="xs:int"/></xs:simpleType><xs:enumeration value="1 2"/>
+          </xs:restriction></xs:simpleType></xs:element>)",
+     "t.xsd:3:55: warning: that enumeration '1 2' has other spellings is not enforced\n",
+     {"<e>1 2</e>"},
+     {"<e>01 2</e>"}},
+    // Of numbers and durations, and of texts in whatever they are put together to, nothing is lost.
+    {"enumeration_by_value",
+     R"(<xs:element name="e"><xs:complexType><xs:sequence>
+          <xs:element name="i"><xs:simpleType><xs:restriction base="xs:int">
+            <xs:enumeration value="1"/></xs:restriction></xs:simpleType></xs:element>
+          <xs:element name="d"><xs:simpleType><xs:restriction base="xs:decimal">
+            <xs:enumeration value="1.5"/></xs:restriction></xs:simpleType></xs:element>
+          <xs:element name="t"><xs:simpleType><xs:restriction base="xs:duration">
+            <xs:enumeration value="P1Y0M0DT0H0M0S"/></xs:restriction></xs:simpleType></xs:element>
+          <xs:element name="u"><xs:simpleType><xs:restriction><xs:simpleType>
+            <xs:union memberTypes="xs:NCName xs:language"/></xs:simpleType>
+            <xs:enumeration value="a"/></xs:restriction></xs:simpleType></xs:element>
+          <xs:element name="l"><xs:simpleType><xs:restriction><xs:simpleType>
+            <xs:list itemType="xs:token"/></xs:simpleType>
+            <xs:enumeration value="a b"/></xs:restriction></xs:simpleType></xs:element>
+          </xs:sequence></xs:complexType></xs:element>)",
+     "",
+     {"<e><i>+1</i><d>1.50</d><t>P0Y12M0DT0H0M0S</t><u>a</u><l>a  b</l></e>"},
+     {"<e><i>2</i><d>1.50</d><t>P0Y12M0DT0H0M0S</t><u>a</u><l>a  b</l></e>",
+      "<e><i>1</i><d>1.5</d><t>P0Y12M0DT0H0M0S</t><u>b</u><l>a b</l></e>"}},
     {"defaults",
      R"(<xs:element name="e"><xs:complexType><xs:attribute name="a" default="1" type="xs:int"/>
           </xs:complexType></xs:element>)",

@@ -22,12 +22,6 @@ std::int32_t useOf(const AttributeUse &use) {
     return 0;
 }
 
-// Whether a value has one spelling alone.
-bool isText(Family family) {
-    return family == Family::kText || family == Family::kAny || family == Family::kAnyUri ||
-           family == Family::kQName;
-}
-
 }  // namespace
 
 std::int32_t processOf(Wildcard::Process process) {
@@ -44,7 +38,7 @@ std::int32_t processOf(Wildcard::Process process) {
 
 std::string AttributeRecords::fixedValue(const CompiledType &type, const std::string &value,
                                          const Place &place, const std::string &owner) {
-    if (!isText(type.family)) {
+    if (!type.oneSpelling) {
         diagnostics_.notEnforced(
             place, "that the fixed value '" + value + "' of " + owner + " has other spellings");
     }

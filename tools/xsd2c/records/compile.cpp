@@ -192,8 +192,12 @@ void SchemaCompiler::fixValue(const ElementDecl &decl, SchemaElementDecl &record
                isSimpleContent(*complex)) {
         type = &contentType(*complex);
     } else {
+        // Of mixed content the validator would compare the text and look at no child.
         return diagnostics_.error(
-            decl.place, "the fixed value of " + owner + " needs a type with simple content");
+            decl.place,
+            isMixed(*complex)
+                ? "the fixed value of " + owner + " with mixed content cannot be compiled"
+                : "the fixed value of " + owner + " needs a type with simple content");
     }
     record.fixedValue =
         records_.text(attributes_.fixedValue(*type, *decl.fixed, decl.place, owner));

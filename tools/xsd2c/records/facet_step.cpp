@@ -56,6 +56,11 @@ bool isBound(FacetKind kind) {
            kind == FacetKind::kMinInclusive || kind == FacetKind::kMinExclusive;
 }
 
+// Whether the validator finds a value in an enumeration however it is written there.
+bool isComparedByValue(Family family) {
+    return family == Family::kInteger || family == Family::kDecimal || family == Family::kDuration;
+}
+
 std::uint32_t recordKind(FacetKind kind) {
     switch (kind) {
         case FacetKind::kMaxInclusive:
@@ -448,16 +453,16 @@ void FacetStep::addEnumeration(const std::vector<Facet> &facets) {
         if (!any) place = facet.place;
         any = true;
         asciiOnly = asciiOnly && unicode::isAscii(value);
+        if (!type_.oneSpelling && !isComparedByValue(type_.family)) {
+            diagnostics_.notEnforced(facet.place,
+                                     "that " + described(facet) + " has other spellings");
+        }
         asPattern = type_.family == Family::kDecimal || type_.family == Family::kList;
         if (asPattern) {
             alternatives +=
                 (alternatives.empty() ? "" : "|") +
                 (type_.family == Family::kList ? listLiteral(value) : decimalValuePattern(value));
             continue;
-        }
-        if (type_.family == Family::kFloat) {
-            diagnostics_.notEnforced(facet.place,
-                                     "that " + described(facet) + " has other spellings");
         }
         add(SCHEMA_FACET_ENUMERATION, text);
     }

@@ -21,6 +21,12 @@ bool isNetworkType(const SimpleType &type) {
            Schema_FoundKestBltInType(type.name.c_str(), nullptr) != nullptr;
 }
 
+// The built-in lists are lists of names.
+bool hasOneSpelling(Family family) {
+    return family == Family::kText || family == Family::kAny || family == Family::kAnyUri ||
+           family == Family::kQName || family == Family::kList;
+}
+
 std::optional<std::string> itemOf(const BuiltinType &type) {
     switch (type.family) {
         case Family::kAny:
@@ -76,6 +82,7 @@ CompiledType SimpleTypes::compileBuiltin(const BuiltinType &type) {
     compiled.collapse = type.collapse;
     compiled.checkable =
         type.family != Family::kAnyUri && type.family != Family::kQName && type.name != "language";
+    compiled.oneSpelling = hasOneSpelling(type.family);
     compiled.universal = type.name == "string" || type.name == "anySimpleType";
     if (hasLists_) compiled.item = itemOf(type);
     if (type.family == Family::kInteger) {
@@ -169,6 +176,7 @@ CompiledType SimpleTypes::compileList(const SimpleType &type) {
     compiled.ascii = item.ascii;
     compiled.collapse = true;
     compiled.checkable = item.checkable;
+    compiled.oneSpelling = item.oneSpelling;
     compiled.listItem = item.item.value_or(kAnyItem);
     std::vector<SchemaFacet> facets;
     if (item.item) {
@@ -191,7 +199,7 @@ CompiledType SimpleTypes::compileUnion(const SimpleType &type) {
     CompiledType compiled;
     compiled.family = Family::kUnion;
     compiled.code = SCHEMA_TYPE_STRING;
-    compiled.ascii = compiled.collapse = true;
+    compiled.ascii = compiled.collapse = compiled.oneSpelling = true;
     std::vector<const SchemaSimpleType *> members;
     std::string items;
     bool haveItems = true;
@@ -201,6 +209,7 @@ CompiledType SimpleTypes::compileUnion(const SimpleType &type) {
         compiled.ascii = compiled.ascii && part.ascii;
         compiled.collapse = compiled.collapse && part.collapse;
         compiled.checkable = compiled.checkable && part.checkable;
+        compiled.oneSpelling = compiled.oneSpelling && part.oneSpelling;
         haveItems = haveItems && part.item;
         if (haveItems) items += (items.empty() ? "(" : "|") + *part.item;
     }

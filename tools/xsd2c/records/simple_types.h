@@ -20,11 +20,12 @@ namespace xsd2c {
 struct CompiledType {
     const SchemaSimpleType *record = nullptr;
     Family family = Family::kAny;
-    std::uint32_t code = 0;  // by which the validator compares values: SCHEMA_TYPE_*
-    bool ascii = false;      // no value with a character above U+007F passes
-    bool collapse = false;   // white space around values does not count
-    bool checkable = true;   // the validator takes all values that XML Schema gives the type
-    Range range;             // of an integer type: the numbers that pass
+    std::uint32_t code = 0;    // by which the validator compares values: SCHEMA_TYPE_*
+    bool ascii = false;        // no value with a character above U+007F passes
+    bool collapse = false;     // white space around values does not count
+    bool checkable = true;     // the validator takes all values that XML Schema gives the type
+    bool oneSpelling = false;  // no two texts, but for white space, are the same value
+    Range range;               // of an integer type: the numbers that pass
     // An expression of exactly its values, as far as they hold no white space: what they are as
     // items of a list. None when no expression says it.
     std::optional<std::string> item;
