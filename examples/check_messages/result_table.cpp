@@ -58,16 +58,16 @@ Table resultTable() {
     CALL(table, 2 * XML_REFUSED, "from the writing functions: the sum of several failures",
          XML_OutTextString("1<2", refuse, root));
 
-    const char plain[] = "<a/>", half[] = "\xDC";  // and its NUL: the second half of a character
+    const char plain[] = "<a/>", strange[] = "\xFF";
     XML_IO_InStream *stream = XML_IO_ByMem(plain, sizeof plain - 1);
-    XML_IO_InStream *torn = XML_IO_ByMem(half, sizeof half);
+    XML_IO_InStream *noise = XML_IO_ByMem(strange, sizeof strange - 1);
     CALL(table, 2, "from `XML_IO_SwitchEncoding` alone: memory failure, or no stream",
          XML_IO_SwitchEncoding(NULL, XML_ENCODING_UTF_8));
     CALL(table, 3, "likewise: unsupported encoding",
          XML_IO_SwitchEncoding(stream, XML_ENCODING_UNKNOWN));
     CALL(table, 4, "likewise: bytes that are none of the encoding's characters",
-         XML_IO_SwitchEncoding(torn, XML_ENCODING_UTF_16BE));
-    XML_IO_DestroyByMem(torn);
+         XML_IO_SwitchEncoding(noise, XML_ENCODING_GB2312));
+    XML_IO_DestroyByMem(noise);
     XML_IO_DestroyByMem(stream);
     return table;
 }
