@@ -191,7 +191,9 @@ TEST(OutputConversion, AsciiOfEveryLengthInEveryPair) {
             ASSERT_EQ(content(stream), std::string_view(expected).substr(0, all)) << length;
             ASSERT_EQ(all == expected.size(), length == text.size()) << length;
             if (length % 16 != 0 && (length + 2) % 64 >= 4) continue;
-            ASSERT_EQ(content(stream), convertWhole(source, target, bytes).bytes) << length;
+            if (!bytes.empty()) {  // of which some converters make a byte order mark
+                ASSERT_EQ(content(stream), convertWhole(source, target, bytes).bytes) << length;
+            }
             ModelStream model(source, target);
             ASSERT_EQ(model.append(bytes), XML_OK);
             ASSERT_NO_FATAL_FAILURE(expectSame(stream, model)) << length;
