@@ -20,14 +20,8 @@ struct Step {
         char *out = chunk;
         std::size_t room = sizeof chunk;
         left = bytes.size();
-        const auto convert = [&] {
-            const bool failed = iconv(converter, &in, &left, &out, &room) == std::size_t(-1);
-            error = failed ? errno : 0;
-        };
-        convert();
-        // Behind a full chunk some converters, as glibc's of UTF-16 on s390x, complain of what is no
-        // whole character when they come to it in this call, but not when a call begins with it.
-        if (error != 0 && room == 0) convert();
+        const bool failed = iconv(converter, &in, &left, &out, &room) == std::size_t(-1);
+        error = failed ? errno : 0;
         produced = std::string_view(chunk, sizeof chunk - room);
     }
     Step(const Step &) = delete;
