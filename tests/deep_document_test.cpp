@@ -17,7 +17,7 @@ using support::Feed;
 using support::runOnSmallStack;
 
 // Sanitizers are slow and make up for it: their frames would fill the stack at a far lower depth.
-constexpr std::size_t kDepth = support::kSanitized ? 200000 : 1000000;
+constexpr std::size_t kDepth = support::kSanitized ? 100000 : 1000000;
 
 struct DeepDocument {
     const char *name;

@@ -17,7 +17,7 @@ using support::runOnSmallStack;
 using support::smallStackBytes;
 
 // Sanitizers are slow and make up for it: their frames would fill the stack at a far lower depth.
-constexpr std::uint32_t kMany = support::kSanitized ? 200 * 1000 : 1000 * 1000;
+constexpr std::uint32_t kMany = support::kSanitized ? 100 * 1000 : 1000 * 1000;
 
 struct Chain {
     XML_DOM_Node *top = nullptr;
