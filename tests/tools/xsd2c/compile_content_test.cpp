@@ -348,6 +348,13 @@ const SchemaCase kCases[] = {
      "t.xsd:2:1: warning: that an empty element 'e' takes its fixed value is not enforced\n",
      {"<e>v</e>"},
      {"<e>w</e>"}},
+    {"fixed_attribute_of_a_list",
+     R"(<xs:element name="e"><xs:complexType><xs:attribute name="a" type="xs:NMTOKENS" fixed="x y"/>
+          </xs:complexType></xs:element>)",
+     "t.xsd:2:38: warning: that the fixed value 'x y' of attribute 'a' has other spellings is not "
+     "enforced\n",
+     {"<e a='x y'/>"},
+     {"<e a='x  y'/>", "<e a='x'/>"}},
     {"fixed_element_of_mixed_content",
      R"(<xs:element name="e" fixed="v"><xs:complexType mixed="true"><xs:sequence>
           <xs:element name="a" minOccurs="0"/></xs:sequence></xs:complexType></xs:element>)",
@@ -370,6 +377,13 @@ const SchemaCase kCases[] = {
      "t.xsd:4:38: warning: that enumeration 'a' has other spellings is not enforced\n",
      {"<e>1</e>", "<e>a</e>"},
      {"<e>01</e>", "<e>b</e>"}},
+    {"enumeration_of_a_union_with_a_list",
+     R"(<xs:element name="e"><xs:simpleType><xs:restriction><xs:simpleType>
+          <xs:union memberTypes="xs:NMTOKENS"/></xs:simpleType>
+          <xs:enumeration value="x y"/></xs:restriction></xs:simpleType></xs:element>)",
+     "t.xsd:4:11: warning: that enumeration 'x y' has other spellings is not enforced\n",
+     {"<e>x y</e>"},
+     {"<e>x  y</e>"}},
     {"enumeration_of_a_list_of_numbers",
      R"(<xs:element name="e"><xs:simpleType><xs:restriction><xs:simpleType>
           <xs:list itemType="xs:int"/></xs:simpleType><xs:enumeration value="1 2"/>

@@ -38,7 +38,8 @@ std::int32_t processOf(Wildcard::Process process) {
 
 std::string AttributeRecords::fixedValue(const CompiledType &type, const std::string &value,
                                          const Place &place, const std::string &owner) {
-    if (!type.oneSpelling) {
+    // Of lists any white space divides the items, which a comparison of texts does not know.
+    if (!type.oneSpelling || type.family == Family::kList) {
         diagnostics_.notEnforced(
             place, "that the fixed value '" + value + "' of " + owner + " has other spellings");
     }

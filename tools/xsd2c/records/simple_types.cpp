@@ -209,7 +209,9 @@ CompiledType SimpleTypes::compileUnion(const SimpleType &type) {
         compiled.ascii = compiled.ascii && part.ascii;
         compiled.collapse = compiled.collapse && part.collapse;
         compiled.checkable = compiled.checkable && part.checkable;
-        compiled.oneSpelling = compiled.oneSpelling && part.oneSpelling;
+        // Values of a union are compared as texts, where the white space of a list counts.
+        compiled.oneSpelling =
+            compiled.oneSpelling && part.oneSpelling && part.family != Family::kList;
         haveItems = haveItems && part.item;
         if (haveItems) items += (items.empty() ? "(" : "|") + *part.item;
     }
